@@ -1,0 +1,56 @@
+// CodeGenerator: from the syntax tree and the registered windows to one C++ program.
+#pragma once
+
+#include "codegen/program_text.h"
+#include "designer/model/design_component.h"
+#include "frontend/parser.h"
+
+#include <QList>
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+#include <memory>
+
+// One instance serves build after build. Generation never stops at a problem: it collects messages
+// and goes on.
+class CodeGenerator
+{
+public:
+    CodeGenerator();
+    ~CodeGenerator();
+
+    // Drops windows, options and everything kept of the last build.
+    void clear();
+    // Adds a window. `isMain` makes its components those of the main window. False, and nothing
+    // added, when the name is empty or taken.
+    bool registerWindow(const QString &name, const QString &filePath,
+                        const QList<VL::DesignComponent> &components, bool isMain, bool isStartup);
+    // The start window of a program without a form: no components, hidden, ends when user code does.
+    void registerImplicitWindow();
+    // The components of a single design without a project.
+    void setComponents(const QList<VL::DesignComponent> &components);
+    // "win32" or "vlwin"; an empty text restores "win32".
+    void setUiBackend(const QString &backend);
+    // 0 to 5; anything else becomes 3.
+    void setBeautificationScheme(int scheme);
+    void setUseBeautification(bool on);
+    // What the parser knows: classes with their members, and the classes of variables.
+    void setClassRegistry(const ClassRegistryMap &registry);
+    void setVarTypes(const VarTypesMap &varTypes);
+
+    // The whole program. `root` stays with the caller.
+    ProgramText generate(const Parser::ASTNode *root);
+    // Classes, globals and functions alone, for program templates that bring their own frame.
+    QString generateUserCode(const Parser::ASTNode *root);
+    // The definitions of the user classes alone; empty when there are none.
+    QString generateUserClasses(const Parser::ASTNode *root);
+
+    // The messages of the last generation, most of them beginning "第 n 行：".
+    QStringList errors() const;
+    QStringList warnings() const;
+
+private:
+    class Private;
+    std::unique_ptr<Private> d;
+};
