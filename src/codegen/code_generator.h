@@ -12,12 +12,16 @@
 #include <QStringList>
 #include <memory>
 
+class CommandLibrary;
+
 // One instance serves build after build. Generation never stops at a problem: it collects messages
 // and goes on.
 class CodeGenerator
 {
 public:
     CodeGenerator();
+    // With another catalogue of commands than the built-in one; it must outlive the generator.
+    explicit CodeGenerator(const CommandLibrary &commands);
     ~CodeGenerator();
 
     // Drops windows, options and everything kept of the last build.

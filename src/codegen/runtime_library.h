@@ -4,13 +4,15 @@
 #include <QList>
 #include <QString>
 
-// One section of the runtime. `header` and `source` are the files as they stand.
+// One section of the runtime: the files as they stand, and as they stand inside a program.
 struct RuntimeSection
 {
     int number;   // from the file name; decides the place in the program
     QString name; // file name without suffix, such as "10_any"
     QString header;
     QString source;
+    QString emittedHeader;
+    QString emittedSource;
 };
 
 // The sections in the order of their numbers, read once.

@@ -1,0 +1,244 @@
+// Generation: one run of the generator over one program.
+#pragma once
+
+#include "catalog/command_library.h"
+#include "catalog/command_syntax.h"
+#include "codegen/code_writer.h"
+#include "codegen/generator_messages.h"
+#include "codegen/generator_tables.h"
+#include "codegen/program_text.h"
+#include "codegen/symbols.h"
+#include "designer/model/design_component.h"
+#include "frontend/parser.h"
+
+#include <QHash>
+#include <QMap>
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+// A window that the program has.
+struct WindowRecord
+{
+    QString name;
+    QString filePath;
+    QList<VL::DesignComponent> components;
+    bool isMain = false;
+    bool isStartup = false;
+    bool implicit = false; // the hidden start window of a program without a form
+    QString sanitizedName;
+};
+
+// What a generation is given.
+struct GenerationInput
+{
+    QList<WindowRecord> windows;
+    QString uiBackend = QStringLiteral("win32");
+    ClassRegistryMap classRegistry;
+    VarTypesMap varTypes;
+    const CommandLibrary *commands = nullptr;
+};
+
+// All state of a run lives here, so nothing of one build can leak into the next. The member
+// functions are spread over files by matter: classes, declarations, statements, loops, expressions,
+// calls, special calls, types, windows.
+class Generation
+{
+public:
+    using Node = Parser::ASTNode;
+
+    explicit Generation(const GenerationInput &input);
+
+    ProgramText program(const Node *root);
+    // Classes, globals and functions; and the classes alone.
+    QString wholeUserCode(const Node *root);
+    QString userClasses(const Node *root);
+
+    QStringList errors;
+    QStringList warnings;
+
+private:
+    // --- names and symbols (generation.cpp) ---
+    void collectSymbols(const Node *root);
+    void collectFunctions(const Node *root);
+    void collectClasses(const Node *root);
+    void addUserClass(const Node *node);
+    void addDottedMethods(const Node *root);
+    void addBuiltinClass(const Parser::ClassInfo &info);
+    void collectGlobals(const Node *root);
+    void renameClashes(const Node *root);
+    FunctionSignature readSignature(const Node *node, bool method);
+    FunctionParameter readParameter(const Node *node, bool method);
+    void report(const GeneratorMessage::Text &text, int line, const QStringList &arguments);
+    // The C++ name of a variable, function or member of the program.
+    const QString &cppName(const QString &name);
+    const ClassSymbol *findClass(const QString &name) const;
+    const ClassSymbol *findClassByStruct(const QString &structName) const;
+    const FunctionSignature *findFunction(const QString &name) const;
+
+    // --- the order of the whole text (program_skeleton.cpp) ---
+    void appendRuntime(ProgramText &text, int from, int to);
+    QString controlIds() const;
+    QString handleDeclarations() const;
+    QString forwardDeclarations();
+    QString minimalProgram() const;
+
+    // --- user code (user_code.cpp) ---
+    QString userCode(const Node *root);
+    void writeTimerGuard(CodeWriter &writer, const Node *root);
+    void writeGlobals(CodeWriter &writer, const Node *root);
+    void writeFunctionDeclarations(CodeWriter &writer, const Node *root);
+    void writeFunctionDefinitions(CodeWriter &writer, const Node *root);
+    void writeFunctionBody(CodeWriter &writer, const Node *node, const FunctionSignature &signature);
+    QString parameterList(const FunctionSignature &signature) const;
+    static const Node *bodyOf(const Node *function);
+    static bool isPlainFunction(const Node *node);
+
+    // --- classes (classes.cpp) ---
+    QString writeClasses();
+    void writeClass(CodeWriter &writer, const ClassSymbol &symbol);
+    void writeProperties(CodeWriter &writer, const ClassSymbol &symbol);
+    void writeConstructor(CodeWriter &writer, const ClassSymbol &symbol, const Node *node);
+    void writeMethod(CodeWriter &writer, const ClassSymbol &symbol, const Node *node);
+    void writeNativeBridges(CodeWriter &writer, const ClassSymbol &symbol);
+    void declareMembers(const ClassSymbol &symbol);
+    void writeGlobalsForClasses(CodeWriter &writer, const Node *root);
+    QList<const ClassSymbol *> classesInOrder() const;
+
+    // --- declarations (declarations.cpp) ---
+    void writeDeclaration(CodeWriter &writer, const Node *node);
+    void writeInstance(CodeWriter &writer, const Node *node);
+    void writeDictionary(CodeWriter &writer, const Node *node);
+    bool isInstance(const Node *node) const;
+    QString instanceType(const Node *node) const;
+    QString instanceClass(const Node *node) const;
+    void checkDeclaration(const Node *node);
+    void checkArrayDeclaration(const Node *node);
+    QString variableCppType(const QString &varType) const;
+    void declareVariable(const Node *node);
+
+    // --- statements (statements.cpp, loops.cpp) ---
+    void writeBlock(CodeWriter &writer, const Node *block);
+    void writeStatement(CodeWriter &writer, const Node *node);
+    void writeNestedBlock(CodeWriter &writer, const Node *node);
+    void writeIf(CodeWriter &writer, const Node *node);
+    void writeSwitch(CodeWriter &writer, const Node *node);
+    void writeSwitchBody(CodeWriter &writer, const Node *node);
+    void writeReturn(CodeWriter &writer, const Node *node);
+    void writeBreak(CodeWriter &writer, const Node *node);
+    void writeContinue(CodeWriter &writer, const Node *node);
+    void writeWhile(CodeWriter &writer, const Node *node);
+    void writeLoop(CodeWriter &writer, const Node *node);
+    void writeCStyleLoop(CodeWriter &writer, const Node *node);
+    void writeCountVarLoop(CodeWriter &writer, const Node *node);
+    void writeRangeLoop(CodeWriter &writer, const Node *node, bool step);
+    void writeForEach(CodeWriter &writer, const Node *node);
+    void writeForEachOnce(CodeWriter &writer, const Node *node, const QString &array,
+                          const QString &index, const QString &element);
+    void writeLoopBody(CodeWriter &writer, const Node *block, const QString &step = QString());
+    QString caseLabel(const Node *node);
+    QString loopVariable(const Node *node);
+    QString condition(const Node *node);
+    QString requiredCondition(const Node *parent, const Node *node, const QString &word);
+    QString switchLabel(const Node *node);
+
+    // --- expressions (expressions.cpp) ---
+    QString expression(const Node *node);
+    QString literal(const Node *node) const;
+    QString identifier(const Node *node);
+    QString componentIdentifier(const QString &name);
+    QString binary(const Node *node);
+    QString unary(const Node *node);
+    QString ternary(const Node *node);
+    QString index(const Node *node);
+    QString arrayLiteral(const Node *node);
+    QString dictionaryLiteral(const Node *node);
+    QString assignment(const Node *node);
+    QString dictionarySlot(const Node *node);
+    QString member(const Node *node);
+    bool isDictionary(const Node *node) const;
+    bool givesDictionary(const Node *node) const;
+    void noteDictionary(const Node *target, const Node *value);
+
+    // --- types of expressions (type_inference.cpp) ---
+    ValueType inferType(const Node *node);
+    ValueType inferBinary(const Node *node);
+    ValueType inferCall(const Node *node);
+    ValueType inferMember(const Node *node);
+    ValueType inferIndex(const Node *node);
+    // The class whose instance an expression is; null when it is none.
+    const ClassSymbol *classOf(const Node *node) const;
+
+    // --- calls (calls.cpp, special_calls.cpp) ---
+    QString call(const Node *node);
+    QString namedCall(const Node *node, const QString &name);
+    QString userFunctionCall(const Node *node, const FunctionSignature &signature);
+    QString constructorCall(const Node *node, const ClassSymbol &symbol);
+    QString conversionCall(const Node *node, const QString &function);
+    QString methodCall(const Node *node, const ClassSymbol &symbol);
+    QString commandCall(const Node *node, const QString &name, const QString &cppFunction,
+                        const CommandInfo *info);
+    QString unknownCall(const Node *node, const QString &name);
+    QStringList filledArguments(const Node *node, const FunctionSignature &signature,
+                                const QString &owner);
+    QString zeroValue(const FunctionParameter &parameter) const;
+    void checkArguments(const Node *node, const QString &name, const QString &cppFunction,
+                        const CommandInfo *info);
+    void checkArgumentTypes(const Node *node, const QString &name, const CommandOverload &overload);
+    QStringList commandArguments(const Node *node, const QString &cppFunction,
+                                 const CommandInfo *info);
+    QString commandArgument(const Node *node, const QString &cppFunction, int position,
+                            const CommandParameter *parameter);
+    void completeArguments(QStringList &arguments, const QString &cppFunction) const;
+    const CommandInfo *findCommand(const QString &name) const;
+    QString cppFunctionOf(const QString &name, const CommandInfo **info) const;
+    int lineOf(const Node *node) const;
+    static bool isEmptyArgument(const Node *node);
+
+    // A call whose text is not just "function(arguments)"; empty when the plain form serves.
+    QString specialCall(const Node *node, const QString &cppFunction);
+    QString printCall(const Node *node);
+    QString printArgument(const Node *node);
+    QString windowCall(const Node *node, const QString &cppFunction);
+    QString threadCall(const Node *node, const QString &cppFunction, int functionIndex,
+                       const QString &resultType);
+    QString uiCall(const Node *node);
+    QString hotkeyCall(const Node *node, const QString &cppFunction);
+    QString callbackCall(const Node *node, const QString &cppFunction);
+    QString callbackArgument(const Node *node);
+    QString joinAllCall(const Node *node);
+    QString narrowCall(const Node *node, const QString &cppFunction, const QString &codePage);
+    QString httpBytesCall(const Node *node, const QString &cppFunction);
+    QStringList plainArguments(const Node *node, int from = 1);
+    void checkChangedArray(const Node *node, const QString &name);
+
+    // --- windows (window_program.cpp) ---
+    QString mainWindowDeclarations() const;
+    QString createControls() const;
+    QString entryPoint() const;
+    QString eventHandlers(const Node *root);
+    void writeMainWindowEvent(CodeWriter &writer, const WindowEvent &event, const Node *root);
+    void writeEventBody(CodeWriter &writer, const WindowEvent &event, const Node *function);
+    void writeStartOfUserCode(CodeWriter &writer);
+    const Node *findEventFunction(const Node *root, const QStringList &words) const;
+    // The window the program starts with; there is one whenever there is any window.
+    const WindowRecord &startWindow() const;
+    QStringList windowNames() const;
+
+    const GenerationInput &m_input;
+    const GeneratorTables &m_tables;
+    QHash<QString, FunctionSignature> m_functions;
+    QHash<QString, ClassSymbol> m_classes;
+    QStringList m_userClassOrder;
+    QHash<QString, QString> m_cppNames;
+    QMap<QString, QString> m_controlHandles; // ordered: declarations follow it
+    QStringList m_referencedControls;
+    ScopeStack m_scopes;
+    // Where the walk is.
+    const ClassSymbol *m_currentClass = nullptr;
+    const FunctionSignature *m_currentFunction = nullptr;
+    int m_line = 0; // the last source line seen; for nodes without a line of their own
+    QStringList m_loopSteps; // for each loop around: what `继续` must do first
+    int m_forEachDepth = 0;
+    QString m_pendingStatements;
+};
