@@ -40,8 +40,7 @@ CommandInfo readRecord(const QJsonObject &object)
 
 CommandLibrary::CommandLibrary()
     : CommandLibrary(QStringLiteral(":/commands/builtin_commands.json"))
-{
-}
+{}
 
 CommandLibrary::CommandLibrary(const QString &path)
 {

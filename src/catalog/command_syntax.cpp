@@ -7,10 +7,10 @@ namespace {
 const QStringList &typeWords()
 {
     static const QStringList words{
-        QStringLiteral("文本"),   QStringLiteral("整数"),   QStringLiteral("小数"),
-        QStringLiteral("通用"),   QStringLiteral("句柄"),   QStringLiteral("数组"),
-        QStringLiteral("逻辑"),   QStringLiteral("双浮点"), QStringLiteral("单浮点"),
-        QStringLiteral("长整数"), QStringLiteral("字节集"), QStringLiteral("日期时间"),
+        QStringLiteral("文本"),     QStringLiteral("整数"),     QStringLiteral("小数"),
+        QStringLiteral("通用"),     QStringLiteral("句柄"),     QStringLiteral("数组"),
+        QStringLiteral("逻辑"),     QStringLiteral("双浮点"),   QStringLiteral("单浮点"),
+        QStringLiteral("长整数"),   QStringLiteral("字节集"),   QStringLiteral("日期时间"),
         QStringLiteral("二维数组"), QStringLiteral("三维数组"),
     };
     return words;
@@ -42,9 +42,9 @@ QStringList splitParameters(const QString &text)
 QStringList readTypes(const QString &word)
 {
     const QStringList types = word.split(QLatin1Char('/'), Qt::SkipEmptyParts);
-    const bool known = !types.isEmpty() && std::all_of(types.begin(), types.end(), [](const QString &type) {
-        return typeWords().contains(type);
-    });
+    const bool known = !types.isEmpty() &&
+                       std::all_of(types.begin(), types.end(),
+                                   [](const QString &type) { return typeWords().contains(type); });
     return known ? types : QStringList();
 }
 

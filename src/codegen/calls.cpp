@@ -26,9 +26,9 @@ bool acceptsType(const CommandParameter &parameter, ValueType argument)
     if (argument == ValueType::Unknown || argument == ValueType::Any)
         return true;
     for (const QString &word : parameter.types) {
-        if (word == QLatin1String("通用"))
+        if (word == QStringLiteral("通用"))
             return true;
-        if (word == QLatin1String("句柄")) {
+        if (word == QStringLiteral("句柄")) {
             if (argument == ValueType::Handle || argument == ValueType::Int)
                 return true;
             continue;
@@ -37,8 +37,8 @@ bool acceptsType(const CommandParameter &parameter, ValueType argument)
         if (wanted == argument)
             return true;
         const bool number = wanted == ValueType::Int || wanted == ValueType::Double;
-        const bool given = argument == ValueType::Int || argument == ValueType::Double
-            || argument == ValueType::Bool || argument == ValueType::Handle;
+        const bool given = argument == ValueType::Int || argument == ValueType::Double ||
+                           argument == ValueType::Bool || argument == ValueType::Handle;
         if (number && given)
             return true;
         if (wanted == ValueType::Bool && argument == ValueType::Int)
@@ -50,16 +50,17 @@ bool acceptsType(const CommandParameter &parameter, ValueType argument)
 // Advice that fits the pair of types.
 QString conversionAdvice(const QString &wanted, ValueType given)
 {
-    if (wanted == QLatin1String("文本") && given != ValueType::Object)
+    if (wanted == QStringLiteral("文本") && given != ValueType::Object)
         return QStringLiteral("解决方法：用 到文本(...) 先转换成文本");
     const bool fromText = given == ValueType::Text;
-    if (fromText && (wanted == QLatin1String("整数") || wanted == QLatin1String("长整数")))
+    if (fromText && (wanted == QStringLiteral("整数") || wanted == QStringLiteral("长整数")))
         return QStringLiteral("解决方法：用 到整数(...) 先转换成整数");
-    if (fromText && wanted == QLatin1String("小数"))
+    if (fromText && wanted == QStringLiteral("小数"))
         return QStringLiteral("解决方法：用 到小数(...) 先转换成小数");
-    if (fromText && wanted == QLatin1String("字节集"))
+    if (fromText && wanted == QStringLiteral("字节集"))
         return QStringLiteral("解决方法：用 到字节集(...) 先转换成字节集");
-    return QStringLiteral("提示：如不清楚参数的写法，请查看该命令的帮助，传入“%1”类型的值").arg(wanted);
+    return QStringLiteral("提示：如不清楚参数的写法，请查看该命令的帮助，传入“%1”类型的值")
+        .arg(wanted);
 }
 
 } // namespace
@@ -113,8 +114,8 @@ QString Generation::call(const Node *node)
     }
     if (callee->type != Parser::Identifier) {
         const QString text = expression(callee);
-        return text + QLatin1Char('(') + plainArguments(node).join(QLatin1String(", "))
-            + QLatin1Char(')');
+        return text + QLatin1Char('(') + plainArguments(node).join(QLatin1String(", ")) +
+               QLatin1Char(')');
     }
     return namedCall(node, callee->value);
 }
@@ -130,38 +131,37 @@ QString Generation::namedCall(const Node *node, const QString &name)
         return conversionCall(node, *conversion);
     const CommandInfo *info = nullptr;
     const QString function = cppFunctionOf(name, &info);
-    return function.isEmpty() ? unknownCall(node, name)
-                              : commandCall(node, name, function, info);
+    return function.isEmpty() ? unknownCall(node, name) : commandCall(node, name, function, info);
 }
 
 QString Generation::unknownCall(const Node *node, const QString &name)
 {
-    const QString hint = QStringLiteral(
-        "请检查拼写，或在项目中添加对应支持库；用户自定义函数需在代码中声明。");
+    const QString hint =
+        QStringLiteral("请检查拼写，或在项目中添加对应支持库；用户自定义函数需在代码中声明。");
     report(GeneratorMessage::undefinedCommand, lineOf(node), {name, hint});
     return errorExpression(name);
 }
 
 QString Generation::userFunctionCall(const Node *node, const FunctionSignature &signature)
 {
-    return signature.cppName + QLatin1Char('(')
-        + filledArguments(node, signature, QString()).join(QLatin1String(", ")) + QLatin1Char(')');
+    return signature.cppName + QLatin1Char('(') +
+           filledArguments(node, signature, QString()).join(QLatin1String(", ")) + QLatin1Char(')');
 }
 
 QString Generation::constructorCall(const Node *node, const ClassSymbol &symbol)
 {
     const auto constructor = symbol.methods.constFind(QStringLiteral("构造"));
     const QStringList arguments = constructor == symbol.methods.cend()
-        ? plainArguments(node)
-        : filledArguments(node, *constructor, symbol.name);
-    return symbol.structName + QLatin1Char('(') + arguments.join(QLatin1String(", "))
-        + QLatin1Char(')');
+                                      ? plainArguments(node)
+                                      : filledArguments(node, *constructor, symbol.name);
+    return symbol.structName + QLatin1Char('(') + arguments.join(QLatin1String(", ")) +
+           QLatin1Char(')');
 }
 
 QString Generation::conversionCall(const Node *node, const QString &function)
 {
-    const QString text = function + QLatin1Char('(')
-        + plainArguments(node).join(QLatin1String(", ")) + QLatin1Char(')');
+    const QString text = function + QLatin1Char('(') +
+                         plainArguments(node).join(QLatin1String(", ")) + QLatin1Char(')');
     return function == QLatin1String("VL_ToLongLong") ? QLatin1String("(intptr_t)") + text : text;
 }
 
@@ -180,8 +180,8 @@ QString Generation::methodCall(const Node *node, const ClassSymbol &symbol)
     }
     const QStringList arguments =
         symbol.builtin ? plainArguments(node) : filledArguments(node, *method, symbol.name);
-    return object + QLatin1Char('.') + method->cppName + QLatin1Char('(')
-        + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    return object + QLatin1Char('.') + method->cppName + QLatin1Char('(') +
+           arguments.join(QLatin1String(", ")) + QLatin1Char(')');
 }
 
 QString Generation::zeroValue(const FunctionParameter &parameter) const
@@ -233,9 +233,9 @@ QStringList Generation::filledArguments(const Node *node, const FunctionSignatur
     else if (!missing.isEmpty())
         report(missingMethodArguments, lineOf(node), {owner, signature.name, names});
     if (given > signature.parameters.size()) {
-        report(tooManyArguments, lineOf(node),
-               {signature.name, QString::number(signature.parameters.size()),
-                QString::number(given)});
+        report(
+            tooManyArguments, lineOf(node),
+            {signature.name, QString::number(signature.parameters.size()), QString::number(given)});
     }
     return result;
 }
@@ -278,16 +278,16 @@ QStringList Generation::commandArguments(const Node *node, const QString &cppFun
     QStringList arguments;
     for (int i = 1; i < node->children.size(); ++i) {
         const Node *argument = node->children.at(i);
-        if (dropsEmpty && isEmptyArgument(argument)
-            && m_tables.defaultArguments.value(cppFunction).value(i - 1).isEmpty())
+        if (dropsEmpty && isEmptyArgument(argument) &&
+            m_tables.defaultArguments.value(cppFunction).value(i - 1).isEmpty())
             continue;
         const CommandParameter *parameter =
             i - 1 < parameters.size() ? &parameters.at(i - 1) : nullptr;
         arguments << commandArgument(argument, cppFunction, i - 1, parameter);
     }
     // Trailing placeholders stand for nothing that the function's own defaults do not give.
-    while (!arguments.isEmpty() && arguments.last().isEmpty()
-           && m_tables.defaultArguments.value(cppFunction).value(arguments.size() - 1).isEmpty())
+    while (!arguments.isEmpty() && arguments.last().isEmpty() &&
+           m_tables.defaultArguments.value(cppFunction).value(arguments.size() - 1).isEmpty())
         arguments.removeLast();
     return arguments;
 }
@@ -301,12 +301,12 @@ QString Generation::commandArgument(const Node *node, const QString &cppFunction
     const ValueType type = inferType(node);
     if (type == ValueType::Handle && m_tables.controlTextFunctions.contains(cppFunction))
         return QLatin1String("VL_GetText(") + text + QLatin1Char(')');
-    if (position == 0 && m_tables.displayedFirstArgument.contains(cppFunction)
-        && type != ValueType::Text)
+    if (position == 0 && m_tables.displayedFirstArgument.contains(cppFunction) &&
+        type != ValueType::Text)
         return QLatin1String("VL_ToOutputStr(") + text + QLatin1Char(')');
     // What is not known to be a text becomes one where a text is wanted.
-    if (type == ValueType::Unknown && parameter && parameter->types.size() == 1
-        && parameter->types.first() == QLatin1String("文本"))
+    if (type == ValueType::Unknown && parameter && parameter->types.size() == 1 &&
+        parameter->types.first() == QStringLiteral("文本"))
         return QLatin1String("VL_ToOutputStr(") + text + QLatin1Char(')');
     return text;
 }
@@ -341,8 +341,8 @@ void Generation::checkArguments(const Node *node, const QString &name, const QSt
     // The overload that fits the count; the first one speaks when none does.
     const CommandOverload *overload = &overloads.first();
     for (const CommandOverload &candidate : overloads) {
-        if (given >= candidate.requiredCount()
-            && (candidate.variadic || given <= candidate.parameters.size())) {
+        if (given >= candidate.requiredCount() &&
+            (candidate.variadic || given <= candidate.parameters.size())) {
             overload = &candidate;
             break;
         }
@@ -355,7 +355,7 @@ void Generation::checkArguments(const Node *node, const QString &name, const QSt
         const QString display = parameterName(parameter.name, i + 1);
         if (i >= given)
             missing << display;
-        else if (isEmptyArgument(node->children.at(i + 1)) && name != QLatin1String("启动线程"))
+        else if (isEmptyArgument(node->children.at(i + 1)) && name != QStringLiteral("启动线程"))
             report(emptyArgument, line, {name, QString::number(i + 1), display});
     }
     if (!missing.isEmpty())
@@ -387,9 +387,9 @@ void Generation::checkArgumentTypes(const Node *node, const QString &name,
 void Generation::checkChangedArray(const Node *node, const QString &name)
 {
     const Node *array = node->children.value(1);
-    const bool changeable = array
-        && (array->type == Parser::Identifier || array->type == Parser::Member
-            || array->type == Parser::Index);
+    const bool changeable =
+        array && (array->type == Parser::Identifier || array->type == Parser::Member ||
+                  array->type == Parser::Index);
     if (array && !changeable)
         report(GeneratorMessage::noVariableToChange, lineOf(node), {name});
 }

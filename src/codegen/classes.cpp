@@ -16,16 +16,21 @@ const QString kRect = QStringLiteral("RECT");
 bool isConstructor(const Node *method)
 {
     const QString name = method->value.section(QLatin1Char('.'), -1);
-    return name == QLatin1String("??") || name == QLatin1String("构造");
+    return name == QLatin1String("??") || name == QStringLiteral("构造");
 }
 
-// Whether `node` or anything below it mentions `name`.
-bool mentions(const Node *node, const QString &name)
+// Every name that `node` or anything below it mentions.
+void collectNames(const Node *node, QSet<QString> &names)
 {
-    if (node->value == name || node->metadata.value(Meta::className) == name)
-        return true;
-    return std::any_of(node->children.begin(), node->children.end(),
-                       [&name](const Node *child) { return mentions(child, name); });
+    if (!node->value.isEmpty())
+        names.insert(node->value);
+    if (!node->metadata.isEmpty()) {
+        const QString className = node->metadata.value(Meta::className);
+        if (!className.isEmpty())
+            names.insert(className);
+    }
+    for (const Node *child : node->children)
+        collectNames(child, names);
 }
 
 QString propertyDefault(const Node *node, const QString &cppType)
@@ -46,32 +51,48 @@ QString propertyDefault(const Node *node, const QString &cppType)
 
 } // namespace
 
+void Generation::collectMentions()
+{
+    for (const QString &name : qAsConst(m_userClassOrder)) {
+        const ClassSymbol &symbol = m_classes[name];
+        QSet<QString> &names = m_mentions[name];
+        collectNames(symbol.node, names);
+        for (const Node *method : symbol.methodNodes)
+            collectNames(method, names);
+        for (const ClassSymbol::Property &property : symbol.properties)
+            names.insert(property.className);
+    }
+}
+
+// Appends `name` behind the classes that it mentions. A circle is cut where it was entered.
+void Generation::orderClass(const QString &name, QStringList &ordered, QSet<QString> &seen) const
+{
+    if (seen.contains(name))
+        return;
+    seen.insert(name);
+    QStringList needed;
+    for (const QString &mentioned : m_mentions.value(name)) {
+        if (m_mentions.contains(mentioned))
+            needed << mentioned;
+    }
+    needed.sort(); // a set has no order of its own
+    for (const QString &other : qAsConst(needed))
+        orderClass(other, ordered, seen);
+    ordered << name;
+}
+
 // In the order of their declaration, except that a class follows those whose instances it holds or
 // uses: C++ must know them whole.
 QList<const ClassSymbol *> Generation::classesInOrder() const
 {
-    QList<const ClassSymbol *> ordered;
-    QStringList waiting = m_userClassOrder;
-    const auto needsWaiting = [&](const QString &name) {
-        const ClassSymbol &symbol = *findClass(name);
-        return std::any_of(waiting.begin(), waiting.end(), [&](const QString &other) {
-            if (other == name)
-                return false;
-            return mentions(symbol.node, other)
-                || std::any_of(symbol.properties.begin(), symbol.properties.end(),
-                               [&other](const ClassSymbol::Property &property) {
-                                   return property.className == other;
-                               });
-        });
-    };
-    while (!waiting.isEmpty()) {
-        const auto ready = std::find_if(waiting.begin(), waiting.end(),
-                                        [&](const QString &name) { return !needsWaiting(name); });
-        const QString next = ready == waiting.end() ? waiting.first() : *ready;
-        waiting.removeOne(next);
-        ordered << findClass(next);
-    }
-    return ordered;
+    QStringList ordered;
+    QSet<QString> seen;
+    for (const QString &name : m_userClassOrder)
+        orderClass(name, ordered, seen);
+    QList<const ClassSymbol *> symbols;
+    for (const QString &name : qAsConst(ordered))
+        symbols << findClass(name);
+    return symbols;
 }
 
 QString Generation::writeClasses()
@@ -85,25 +106,21 @@ QString Generation::writeClasses()
 // Class bodies stand ahead of the globals: those that they mention are announced to them.
 void Generation::writeGlobalsForClasses(CodeWriter &writer, const Node *root)
 {
+    QSet<QString> mentioned;
+    for (const QSet<QString> &names : qAsConst(m_mentions))
+        mentioned += names;
     QStringList lines;
     for (const Node *node : root->children) {
-        if (node->type != Parser::VarDecl)
+        if (node->type != Parser::VarDecl || !mentioned.contains(node->value))
             continue;
-        const bool used = std::any_of(
-            m_classes.begin(), m_classes.end(), [node](const ClassSymbol &symbol) {
-                return std::any_of(symbol.methodNodes.begin(), symbol.methodNodes.end(),
-                                   [node](const Node *method) {
-                                       return mentions(method, node->value);
-                                   });
-            });
         const QString varType = node->metadata.value(Meta::varType);
-        if (!used || (varType == QLatin1String("auto") && !isInstance(node)))
+        if (varType == QLatin1String("auto") && !isInstance(node))
             continue;
         const QString type = isInstance(node) ? instanceType(node) : variableCppType(varType);
         if (type.startsWith(QLatin1String("VL_User_")))
             lines << QStringLiteral("struct %1;").arg(type);
-        lines << QLatin1String("extern ") + type + QLatin1Char(' ') + cppName(node->value)
-                + QLatin1Char(';');
+        lines << QLatin1String("extern ") + type + QLatin1Char(' ') + cppName(node->value) +
+                     QLatin1Char(';');
     }
     lines.removeDuplicates();
     for (const QString &line : qAsConst(lines))
@@ -152,8 +169,8 @@ void Generation::writeProperties(CodeWriter &writer, const ClassSymbol &symbol)
         if (type.isEmpty())
             type = varType.startsWith(QLatin1String("VL_")) ? varType : QStringLiteral("VL_Any");
         const QString value = node->children.isEmpty()
-            ? propertyDefault(node, type)
-            : QLatin1String(" = ") + expression(node->children.first());
+                                  ? propertyDefault(node, type)
+                                  : QLatin1String(" = ") + expression(node->children.first());
         writer.line(type + QLatin1Char(' ') + cppName(node->value) + value + QLatin1Char(';'));
     }
 }
@@ -170,13 +187,13 @@ void Generation::writeConstructor(CodeWriter &writer, const ClassSymbol &symbol,
                 defaults << expression(parameter.defaultValue);
         }
         const bool complete = defaults.size() == signature.parameters.size();
-        writer.line(symbol.structName + QLatin1String("() ")
-                    + (complete ? QLatin1String(": ") + symbol.structName + QLatin1Char('(')
-                               + defaults.join(QLatin1String(", ")) + QLatin1String(") {}")
-                                : QLatin1String("{}")));
+        writer.line(symbol.structName + QLatin1String("() ") +
+                    (complete ? QLatin1String(": ") + symbol.structName + QLatin1Char('(') +
+                                    defaults.join(QLatin1String(", ")) + QLatin1String(") {}")
+                              : QLatin1String("{}")));
     }
-    writer.open(symbol.structName + QLatin1Char('(') + parameterList(signature)
-                + QLatin1String(") {"));
+    writer.open(symbol.structName + QLatin1Char('(') + parameterList(signature) +
+                QLatin1String(") {"));
     FunctionSignature body = signature;
     body.returnCppType = QStringLiteral("void");
     writeFunctionBody(writer, node, body);
@@ -188,8 +205,8 @@ void Generation::writeMethod(CodeWriter &writer, const ClassSymbol &symbol, cons
     const FunctionSignature signature =
         symbol.methods.value(node->value.section(QLatin1Char('.'), -1));
     const QString name = cppName(node->value.section(QLatin1Char('.'), -1));
-    writer.open(signature.returnCppType + QLatin1Char(' ') + name + QLatin1Char('(')
-                + parameterList(signature) + QLatin1String(") {"));
+    writer.open(signature.returnCppType + QLatin1Char(' ') + name + QLatin1Char('(') +
+                parameterList(signature) + QLatin1String(") {"));
     writeFunctionBody(writer, node, signature);
     writer.close();
 }
@@ -227,7 +244,7 @@ void Generation::writeNativeBridges(CodeWriter &writer, const ClassSymbol &symbo
                copy("x") + QLatin1Char(' ') + copy("y"));
     } else if (fields.size() == 4 && has({"left", "top", "right", "bottom"})) {
         bridge(kRect, QStringLiteral("__vl_native_rect_cache"),
-               copy("left") + QLatin1Char(' ') + copy("top") + QLatin1Char(' ') + copy("right")
-                   + QLatin1Char(' ') + copy("bottom"));
+               copy("left") + QLatin1Char(' ') + copy("top") + QLatin1Char(' ') + copy("right") +
+                   QLatin1Char(' ') + copy("bottom"));
     }
 }

@@ -30,7 +30,8 @@ public:
     // added, when the name is empty or taken.
     bool registerWindow(const QString &name, const QString &filePath,
                         const QList<VL::DesignComponent> &components, bool isMain, bool isStartup);
-    // The start window of a program without a form: no components, hidden, ends when user code does.
+    // The start window of a program without a form: no components, hidden, ends when user code
+    // does.
     void registerImplicitWindow();
     // The components of a single design without a project.
     void setComponents(const QList<VL::DesignComponent> &components);

@@ -15,8 +15,8 @@ QString dimensionWord(int dimensions)
 
 bool isArrayType(const QString &varType)
 {
-    return varType == QLatin1String("array") || varType == QLatin1String("VL_Array2D")
-        || varType == QLatin1String("VL_Array3D");
+    return varType == QLatin1String("array") || varType == QLatin1String("VL_Array2D") ||
+           varType == QLatin1String("VL_Array3D");
 }
 
 QString arrayWord(const QString &varType)
@@ -57,8 +57,8 @@ bool compatible(ValueType declared, ValueType value)
     if (isNumber(declared) && (isNumber(value) || value == ValueType::Handle))
         return true;
     // Two- and three-dimensional arrays do not convert into each other.
-    return isArray(declared) && isArray(value)
-        && (declared == ValueType::Array || value == ValueType::Array);
+    return isArray(declared) && isArray(value) &&
+           (declared == ValueType::Array || value == ValueType::Array);
 }
 
 } // namespace
@@ -72,8 +72,8 @@ bool Generation::isInstance(const Node *node) const
 {
     const QString flag = node->metadata.value(Meta::isClassInstance);
     const QString type = node->metadata.value(Meta::cppClass).trimmed();
-    return flag == Meta::flagOn || flag == QLatin1String("1")
-        || (!type.isEmpty() && type != QLatin1String("auto"));
+    return flag == Meta::flagOn || flag == QLatin1String("1") ||
+           (!type.isEmpty() && type != QLatin1String("auto"));
 }
 
 QString Generation::instanceClass(const Node *node) const
@@ -107,8 +107,8 @@ void Generation::declareVariable(const Node *node)
     } else {
         const QString type = declaredType(node);
         variable.type = type == QLatin1String("auto") && !node->children.isEmpty()
-            ? inferType(node->children.first())
-            : valueTypeOf(type);
+                            ? inferType(node->children.first())
+                            : valueTypeOf(type);
         if (variable.type == ValueType::Object) {
             const ClassSymbol *symbol = classOf(node->children.first());
             variable.className = symbol ? symbol->name : QString();
@@ -134,7 +134,7 @@ void Generation::writeDeclaration(CodeWriter &writer, const Node *node)
     }
     QString text = variableCppType(type) + QLatin1Char(' ') + cppName(node->value);
     if (value) {
-        text += QLatin1String(" = ") + expression(value);
+        text += QLatin1String(" = ") + valueFor(valueTypeOf(type), value);
     } else if (type == QLatin1String("array")) {
         const QString hint = node->metadata.value(Meta::lengthHint);
         if (!hint.isEmpty())
@@ -153,9 +153,9 @@ void Generation::writeDictionary(CodeWriter &writer, const Node *node)
     writer.line(QStringLiteral("VL_Any %1 = VL_NewDictAny();").arg(name));
     const Node *literal = node->children.first();
     for (int i = 0; i + 1 < literal->children.size(); i += 2) {
-        writer.line(QStringLiteral("VL_DictSet(") + name + QLatin1String(", ")
-                    + expression(literal->children.at(i)) + QLatin1String(", VL_Any(")
-                    + expression(literal->children.at(i + 1)) + QLatin1String("));"));
+        writer.line(QStringLiteral("VL_DictSet(") + name + QLatin1String(", ") +
+                    expression(literal->children.at(i)) + QLatin1String(", VL_Any(") +
+                    expression(literal->children.at(i + 1)) + QLatin1String("));"));
     }
     declareVariable(node);
 }
@@ -180,8 +180,8 @@ void Generation::checkDeclaration(const Node *node)
         checkArrayDeclaration(node);
         return;
     }
-    if (type == QLatin1String("auto") || type == QLatin1String("VL_Any")
-        || node->children.isEmpty())
+    if (type == QLatin1String("auto") || type == QLatin1String("VL_Any") ||
+        node->children.isEmpty())
         return;
     const ValueType declared = valueTypeOf(type);
     const ValueType value = inferType(node->children.first());
@@ -215,12 +215,12 @@ void Generation::checkArrayDeclaration(const Node *node)
         return;
     }
     const int given = value->type == Parser::ArrayLiteral && !value->flag(Meta::braceLiteral)
-        ? literalDimensions(value)
-        : 0;
+                          ? literalDimensions(value)
+                          : 0;
     // An array of arrays is still an array, and [] fits every number of dimensions.
     const bool plainArray = type == QLatin1String("array");
-    if (declared > 0 && given > 0 && declared != given && !(plainArray && declared == 1)
-        && !value->children.isEmpty()) {
+    if (declared > 0 && given > 0 && declared != given && !(plainArray && declared == 1) &&
+        !value->children.isEmpty()) {
         report(GeneratorMessage::dimensionsDiffer, node->line,
                {node->value, dimensionWord(declared), dimensionWord(given)});
     }

@@ -10,14 +10,14 @@ using Node = Parser::ASTNode;
 
 bool isStringLiteral(const Node *node)
 {
-    return node->type == Parser::Literal
-        && node->metadata.value(Meta::literalType) == Meta::literalString;
+    return node->type == Parser::Literal &&
+           node->metadata.value(Meta::literalType) == Meta::literalString;
 }
 
 bool isIntLiteral(const Node *node)
 {
-    return node->type == Parser::Literal
-        && node->metadata.value(Meta::literalType) == Meta::literalInt;
+    return node->type == Parser::Literal &&
+           node->metadata.value(Meta::literalType) == Meta::literalInt;
 }
 
 // "#FF0000" and "#F00" as COLORREF; empty for anything else.
@@ -171,15 +171,15 @@ QString Generation::binary(const Node *node)
         if (plus && stringChain && isIntLiteral(right)) {
             text += QLatin1String(" + (long long)(") + expression(right) + QLatin1String("))");
             open += QLatin1Char('(');
-        } else if (operation->value == QLatin1String("%")
-                   && (inferType(operation->children.first()) == ValueType::Double
-                       || inferType(right) == ValueType::Double)) {
-            text = QLatin1String("(std::fmod((double)(") + open + text
-                + QLatin1String("), (double)(") + expression(right) + QLatin1String(")))");
+        } else if (operation->value == QLatin1String("%") &&
+                   (inferType(operation->children.first()) == ValueType::Double ||
+                    inferType(right) == ValueType::Double)) {
+            text = QLatin1String("(std::fmod((double)(") + open + text +
+                   QLatin1String("), (double)(") + expression(right) + QLatin1String(")))");
             open.clear();
         } else {
-            text += QLatin1Char(' ') + operation->value + QLatin1Char(' ') + expression(right)
-                + QLatin1Char(')');
+            text += QLatin1Char(' ') + operation->value + QLatin1Char(' ') + expression(right) +
+                    QLatin1Char(')');
             open += QLatin1Char('(');
         }
         stringChain = stringChain && plus;
@@ -195,9 +195,9 @@ QString Generation::unary(const Node *node)
     const QString text = expression(operand);
     if (node->flag(Meta::postfix))
         return text + node->value;
-    if (node->value == QLatin1String("!") || node->value == QLatin1String("非")) {
-        const bool compound = operand->type == Parser::Binary || operand->type == Parser::Ternary
-            || operand->type == Parser::Assign;
+    if (node->value == QLatin1String("!") || node->value == QStringLiteral("非")) {
+        const bool compound = operand->type == Parser::Binary || operand->type == Parser::Ternary ||
+                              operand->type == Parser::Assign;
         return compound ? QLatin1String("!(") + text + QLatin1Char(')') : QLatin1Char('!') + text;
     }
     // "- -1" must not become "--1".
@@ -212,8 +212,8 @@ QString Generation::ternary(const Node *node)
         return QString();
     const QString test = condition(node->children.at(0));
     const QString first = expression(node->children.at(1));
-    return QLatin1Char('(') + test + QLatin1String(" ? ") + first + QLatin1String(" : ")
-        + expression(node->children.at(2)) + QLatin1Char(')');
+    return QLatin1Char('(') + test + QLatin1String(" ? ") + first + QLatin1String(" : ") +
+           expression(node->children.at(2)) + QLatin1Char(')');
 }
 
 bool Generation::isDictionary(const Node *node) const
@@ -230,28 +230,36 @@ QString Generation::index(const Node *node)
         return QString();
     const Node *base = node->children.at(0);
     const Node *key = node->children.at(1);
-    const bool textKey = isStringLiteral(key)
-        || (inferType(key) == ValueType::Text && inferType(base) == ValueType::Any);
-    if (textKey && (base->type != Parser::Identifier || isDictionary(base) || !isStringLiteral(key))) {
+    const bool textKey = isStringLiteral(key) ||
+                         (inferType(key) == ValueType::Text && inferType(base) == ValueType::Any);
+    if (textKey &&
+        (base->type != Parser::Identifier || isDictionary(base) || !isStringLiteral(key))) {
         const QString text = expression(base);
-        return QLatin1String("VL_DictGet(") + text + QLatin1String(", ") + expression(key)
-            + QLatin1Char(')');
+        return QLatin1String("VL_DictGet(") + text + QLatin1String(", ") + expression(key) +
+               QLatin1Char(')');
     }
     const QString text = expression(base);
     // One character of a text is a text, not a number.
     if (inferType(base) == ValueType::Text)
-        return QLatin1String("VL_CharAt(") + text + QLatin1String(", ") + expression(key)
-            + QLatin1Char(')');
+        return QLatin1String("VL_CharAt(") + text + QLatin1String(", ") + expression(key) +
+               QLatin1Char(')');
     return text + QLatin1Char('[') + expression(key) + QLatin1Char(']');
 }
 
-QString Generation::arrayLiteral(const Node *node)
+QString Generation::valueFor(ValueType target, const Node *value)
 {
-    const bool table = allArrayLiterals(node);
+    const bool plainArray = target == ValueType::Array && value &&
+                            value->type == Parser::ArrayLiteral && !value->flag(Meta::braceLiteral);
+    return plainArray ? arrayLiteral(value, false) : expression(value);
+}
+
+QString Generation::arrayLiteral(const Node *node, bool mayBeTable)
+{
+    const bool table = mayBeTable && allArrayLiterals(node);
     const bool cube = table && allArrayLiterals(node->children.first());
-    QString text = cube ? QStringLiteral("std::vector<std::vector<std::vector<VL_Any>>>{")
-        : table         ? QStringLiteral("std::vector<std::vector<VL_Any>>{")
-                        : QStringLiteral("std::vector<VL_Any>{");
+    QString text = cube    ? QStringLiteral("std::vector<std::vector<std::vector<VL_Any>>>{")
+                   : table ? QStringLiteral("std::vector<std::vector<VL_Any>>{")
+                           : QStringLiteral("std::vector<VL_Any>{");
     bool first = true;
     for (const Node *child : node->children) {
         if (!first)
@@ -270,9 +278,9 @@ QString Generation::dictionaryLiteral(const Node *node)
 {
     QString text = QStringLiteral("([&]() -> VL_Any { VL_Any __vl_d = VL_NewDictAny(); ");
     for (int i = 0; i + 1 < node->children.size(); i += 2) {
-        text += QLatin1String("VL_DictSet(__vl_d, ") + expression(node->children.at(i))
-            + QLatin1String(", VL_Any(") + expression(node->children.at(i + 1))
-            + QLatin1String(")); ");
+        text += QLatin1String("VL_DictSet(__vl_d, ") + expression(node->children.at(i)) +
+                QLatin1String(", VL_Any(") + expression(node->children.at(i + 1)) +
+                QLatin1String(")); ");
     }
     return text + QLatin1String("return __vl_d; }())");
 }
@@ -283,12 +291,12 @@ bool Generation::givesDictionary(const Node *node) const
         return false;
     if (node->flag(Meta::braceLiteral))
         return true;
-    if (node->type != Parser::Call || node->children.isEmpty()
-        || node->children.first()->type != Parser::Identifier)
+    if (node->type != Parser::Call || node->children.isEmpty() ||
+        node->children.first()->type != Parser::Identifier)
         return false;
     const QString target = m_tables.commandText(node->children.first()->value);
-    return target == QLatin1String("VL_ReadJsonFileEx")
-        || target == QLatin1String("VL_ParseJsonToAny");
+    return target == QLatin1String("VL_ReadJsonFileEx") ||
+           target == QLatin1String("VL_ParseJsonToAny");
 }
 
 void Generation::noteDictionary(const Node *target, const Node *value)
@@ -297,15 +305,13 @@ void Generation::noteDictionary(const Node *target, const Node *value)
         m_scopes.markDictionary(target->value);
 }
 
-QString Generation::dictionarySlot(const Node *node)
+// An item or entry as the target of an assignment: written back by the runtime, level by level.
+QString Generation::itemTarget(const Node *node)
 {
     const Node *base = node->children.at(0);
-    const QString text = base->type == Parser::Index && base->children.size() == 2
-            && inferType(base->children.first()) == ValueType::Any
-        ? dictionarySlot(base)
-        : expression(base);
-    return QLatin1String("VL_Slot(") + text + QLatin1String(", ") + expression(node->children.at(1))
-        + QLatin1Char(')');
+    const bool nested = base->type == Parser::Index && base->children.size() == 2;
+    const QString text = nested ? itemTarget(base) : expression(base);
+    return text + QLatin1Char('[') + expression(node->children.at(1)) + QLatin1Char(']');
 }
 
 QString Generation::assignment(const Node *node)
@@ -319,26 +325,22 @@ QString Generation::assignment(const Node *node)
         const Node *base = target->children.at(0);
         const Node *key = target->children.at(1);
         if (plain && isStringLiteral(key) && isDictionary(base)) {
-            return QLatin1String("VL_DictSet(") + expression(base) + QLatin1String(", ")
-                + expression(key) + QLatin1String(", VL_Any(") + expression(value)
-                + QLatin1String("))");
+            return QLatin1String("VL_DictSet(") + expression(base) + QLatin1String(", ") +
+                   expression(key) + QLatin1String(", VL_Any(") + expression(value) +
+                   QLatin1String("))");
         }
-        const ValueType type = inferType(base);
-        if (type == ValueType::Any || type == ValueType::Unknown) {
-            const QString slot = dictionarySlot(target);
-            return slot + QLatin1Char(' ') + node->value + QLatin1String(" VL_Any(")
-                + expression(value) + QLatin1Char(')');
-        }
+        return itemTarget(target) + QLatin1Char(' ') + node->value + QLatin1Char(' ') +
+               expression(value);
     }
     const ClassSymbol *symbol = classOf(target);
-    const bool moves = symbol
-        && (symbol->structName == QLatin1String("VL_TcpClass")
-            || symbol->structName == QLatin1String("VL_UdpClass")
-            || symbol->structName == QLatin1String("VL_WebSocketClass"));
+    const bool moves = symbol && (symbol->structName == QLatin1String("VL_TcpClass") ||
+                                  symbol->structName == QLatin1String("VL_UdpClass") ||
+                                  symbol->structName == QLatin1String("VL_WebSocketClass"));
     const QString left = expression(target);
     if (moves && plain)
         return left + QLatin1String(" = std::move(") + expression(value) + QLatin1Char(')');
-    const QString text = left + QLatin1Char(' ') + node->value + QLatin1Char(' ') + expression(value);
+    const QString text = left + QLatin1Char(' ') + node->value + QLatin1Char(' ') +
+                         valueFor(inferType(target), value);
     noteDictionary(target, value);
     return text;
 }
@@ -355,8 +357,8 @@ QString Generation::member(const Node *node)
         return text + QLatin1Char('.') + cppName(node->value);
     const auto property = symbol->properties.constFind(Names::normalized(node->value));
     if (property != symbol->properties.cend()) {
-        return text + QLatin1Char('.') + property->cppName
-            + (property->getter ? QLatin1String("()") : QLatin1String());
+        return text + QLatin1Char('.') + property->cppName +
+               (property->getter ? QLatin1String("()") : QLatin1String());
     }
     const auto method = symbol->methods.constFind(Names::normalized(node->value));
     if (symbol->builtin && method != symbol->methods.cend())

@@ -23,8 +23,8 @@ QString mappedReturnType(const GeneratorTables &tables, const QString &value)
     const auto found = tables.returnTypes.constFind(type);
     if (found != tables.returnTypes.cend())
         return *found;
-    const bool isClass = type.contains(QLatin1String("VL_User_"))
-        || (type.startsWith(QLatin1String("VL_")) && type != QLatin1String("VL_Any"));
+    const bool isClass = type.contains(QLatin1String("VL_User_")) ||
+                         (type.startsWith(QLatin1String("VL_")) && type != QLatin1String("VL_Any"));
     return isClass ? type : QStringLiteral("void");
 }
 
@@ -51,8 +51,10 @@ Generation::Generation(const GenerationInput &input)
 void Generation::report(const GeneratorMessage::Text &text, int line, const QStringList &arguments)
 {
     const QString message = GeneratorMessage::format(text, line, arguments);
-    if (!errors.contains(message))
-        errors << message;
+    if (m_reported.contains(message))
+        return;
+    m_reported.insert(message);
+    errors << message;
 }
 
 const QString &Generation::cppName(const QString &name)
@@ -73,6 +75,7 @@ void Generation::collectSymbols(const Node *root)
     collectClasses(root);
     collectFunctions(root);
     collectGlobals(root);
+    collectMentions();
 }
 
 // A global of this program must not meet one of C++'s own headers; a local may hide it.

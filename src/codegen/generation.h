@@ -89,7 +89,8 @@ private:
     void writeGlobals(CodeWriter &writer, const Node *root);
     void writeFunctionDeclarations(CodeWriter &writer, const Node *root);
     void writeFunctionDefinitions(CodeWriter &writer, const Node *root);
-    void writeFunctionBody(CodeWriter &writer, const Node *node, const FunctionSignature &signature);
+    void writeFunctionBody(CodeWriter &writer, const Node *node,
+                           const FunctionSignature &signature);
     QString parameterList(const FunctionSignature &signature) const;
     static const Node *bodyOf(const Node *function);
     static bool isPlainFunction(const Node *node);
@@ -103,6 +104,8 @@ private:
     void writeNativeBridges(CodeWriter &writer, const ClassSymbol &symbol);
     void declareMembers(const ClassSymbol &symbol);
     void writeGlobalsForClasses(CodeWriter &writer, const Node *root);
+    void collectMentions();
+    void orderClass(const QString &name, QStringList &ordered, QSet<QString> &seen) const;
     QList<const ClassSymbol *> classesInOrder() const;
 
     // --- declarations (declarations.cpp) ---
@@ -151,10 +154,13 @@ private:
     QString unary(const Node *node);
     QString ternary(const Node *node);
     QString index(const Node *node);
-    QString arrayLiteral(const Node *node);
+    // `mayBeTable`: a literal of literals is a table; else an array that holds arrays.
+    QString arrayLiteral(const Node *node, bool mayBeTable = true);
+    // `value` as an initial or new value of a variable of type `target`.
+    QString valueFor(ValueType target, const Node *value);
     QString dictionaryLiteral(const Node *node);
     QString assignment(const Node *node);
-    QString dictionarySlot(const Node *node);
+    QString itemTarget(const Node *node);
     QString member(const Node *node);
     bool isDictionary(const Node *node) const;
     bool givesDictionary(const Node *node) const;
@@ -230,14 +236,16 @@ private:
     QHash<QString, FunctionSignature> m_functions;
     QHash<QString, ClassSymbol> m_classes;
     QStringList m_userClassOrder;
+    QHash<QString, QSet<QString>> m_mentions; // for each class, all names in it
     QHash<QString, QString> m_cppNames;
     QMap<QString, QString> m_controlHandles; // ordered: declarations follow it
     QStringList m_referencedControls;
     ScopeStack m_scopes;
+    QSet<QString> m_reported;
     // Where the walk is.
     const ClassSymbol *m_currentClass = nullptr;
     const FunctionSignature *m_currentFunction = nullptr;
-    int m_line = 0; // the last source line seen; for nodes without a line of their own
+    int m_line = 0;          // the last source line seen; for nodes without a line of their own
     QStringList m_loopSteps; // for each loop around: what `继续` must do first
     int m_forEachDepth = 0;
     QString m_pendingStatements;

@@ -4,17 +4,14 @@ namespace GeneratorMessage {
 
 const Text initialValueMissing{"第 %1 行：变量「%2」的初始化表达式缺失或无法解析。",
                                "变量「%1」的初始化表达式缺失或无法解析。"};
-const Text arrayFromLiteral{"第%1行 %2 %3 不能赋值给 %4 %5 = %6",
-                            "%1 %2 不能赋值给 %3 %4 = %5"};
+const Text arrayFromLiteral{"第%1行 %2 %3 不能赋值给 %4 %5 = %6", "%1 %2 不能赋值给 %3 %4 = %5"};
 const Text dimensionsDiffer{"第 %1 行：数组「%2」声明为 %3，与初始化维度（%4）不一致。",
                             "数组「%1」声明为 %2，与初始化维度（%3）不一致。"};
-const Text arrayWithoutValue{"第 %1 行：%2「%3」缺少初始化表达式。",
-                             "%1「%2」缺少初始化表达式。"};
+const Text arrayWithoutValue{"第 %1 行：%2「%3」缺少初始化表达式。", "%1「%2」缺少初始化表达式。"};
 const Text typeMismatch{"第%1行 %2 %3 类型不匹配 %4", "%1 %2 类型不匹配 %3"};
 const Text undefinedCommand{"第%1行：未定义的命令或函数「%2」。\n%3",
                             "未定义的命令或函数「%1」。\n%2"};
-const Text emptyArgument{"第%1行：%2() 第%3个参数不能为空：%4",
-                         "%1() 第%2个参数不能为空：%3"};
+const Text emptyArgument{"第%1行：%2() 第%3个参数不能为空：%4", "%1() 第%2个参数不能为空：%3"};
 const Text missingArguments{"第%1行：%2() 缺少参数：%3", "%1() 缺少参数：%2"};
 const Text tooManyArguments{"第%1行：%2() 参数过多：最多 %3 个，这里写了 %4 个",
                             "%1() 参数过多：最多 %2 个，这里写了 %3 个"};
@@ -40,8 +37,7 @@ const Text breakOutsideLoop{
 const Text continueOutsideLoop{
     "第%1行：“继续”只能写在循环里（循环、计次循环、当、遍历）。这里没有可以继续的循环。",
     "“继续”只能写在循环里（循环、计次循环、当、遍历）。这里没有可以继续的循环。"};
-const Text missingCondition{"第%1行：“%2”后面的括号里缺少条件。",
-                            "“%1”后面的括号里缺少条件。"};
+const Text missingCondition{"第%1行：“%2”后面的括号里缺少条件。", "“%1”后面的括号里缺少条件。"};
 const Text missingLoopCount{"第%1行：“循环”后面的括号里缺少次数或条件。",
                             "“循环”后面的括号里缺少次数或条件。"};
 const Text valueFromVoidFunction{
@@ -49,13 +45,12 @@ const Text valueFromVoidFunction{
     "函数「%1」没有写返回类型，不能返回值。请在参数括号后写上类型，例如：函数 %1() 整数 {"};
 const Text functionDefinedTwice{"第%1行：函数「%2」重复定义（首次定义在第 %3 行）。",
                                 "函数「%1」重复定义（首次定义在第 %2 行）。"};
-const Text classNamesCollide{
-    "第%1行：类「%2」与类「%3」的名称只差一个“类”字，请改用不同的名称。",
-    "类「%1」与类「%2」的名称只差一个“类”字，请改用不同的名称。"};
+const Text classNamesCollide{"第%1行：类「%2」与类「%3」的名称只差一个“类”字，请改用不同的名称。",
+                             "类「%1」与类「%2」的名称只差一个“类”字，请改用不同的名称。"};
 const Text classDefinedTwice{"第%1行：类「%2」重复定义（首次定义在第 %3 行）。",
                              "类「%1」重复定义（首次定义在第 %2 行）。"};
 const Text globalDefinedTwice{"第%1行：全局变量「%2」重复定义（首次定义在第 %3 行）。",
-                     "全局变量「%1」重复定义（首次定义在第 %2 行）。"};
+                              "全局变量「%1」重复定义（首次定义在第 %2 行）。"};
 const Text strayLabel{"第%1行：“选择”的分支值「%2」不是一个值。",
                       "“选择”的分支值「%1」不是一个值。"};
 
@@ -69,8 +64,8 @@ QString format(const Text &text, int line, const QStringList &arguments)
     for (int i = 0; i < pattern.size(); ++i) {
         const QChar c = pattern.at(i);
         const int index = c == QLatin1Char('%') && i + 1 < pattern.size()
-            ? pattern.at(i + 1).digitValue() - 1
-            : -1;
+                              ? pattern.at(i + 1).digitValue() - 1
+                              : -1;
         if (index >= 0 && index < values.size()) {
             result += values.at(index);
             ++i;

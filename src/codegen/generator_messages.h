@@ -6,7 +6,8 @@
 
 namespace GeneratorMessage {
 
-// `withLine` begins with the line as %1; its other arguments are those of `withoutLine`, one higher.
+// `withLine` begins with the line as %1; its other arguments are those of `withoutLine`, one
+// higher.
 struct Text
 {
     const char *withLine;

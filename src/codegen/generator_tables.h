@@ -39,12 +39,12 @@ struct GeneratorTables
     QStringList builtinNames;               // what the editor colours as built-in
     QStringList componentWords;             // names of component types, as in default names
     QStringList integerCommandPrefixes;     // C++ functions that give integers
-    QSet<QString> cppReserved; // words of C++ and macros of its headers
-    QSet<QString> cppGlobals;  // global names of its headers
-    QSet<QString> windowNameFunctions; // first argument may be a window written as a name
-    QSet<QString> controlTextFunctions; // a control as an argument stands for its text
-    QSet<QString> arrayCommands;       // first argument is changed in place
-    QSet<QString> displayedFirstArgument; // first argument goes through VL_ToOutputStr
+    QSet<QString> cppReserved;              // words of C++ and macros of its headers
+    QSet<QString> cppGlobals;               // global names of its headers
+    QSet<QString> windowNameFunctions;      // first argument may be a window written as a name
+    QSet<QString> controlTextFunctions;     // a control as an argument stands for its text
+    QSet<QString> arrayCommands;            // first argument is changed in place
+    QSet<QString> displayedFirstArgument;   // first argument goes through VL_ToOutputStr
     QList<WindowEvent> mainWindowEvents;
     QHash<QString, QString> narrowCodePages; // functions on bytes, with the code page of the bytes
 

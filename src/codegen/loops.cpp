@@ -10,8 +10,8 @@ using Node = Parser::ASTNode;
 const Node *lastBlock(const Node *node)
 {
     return !node->children.isEmpty() && node->children.last()->type == Parser::Block
-        ? node->children.last()
-        : nullptr;
+               ? node->children.last()
+               : nullptr;
 }
 
 // Whether `跳出` or `继续` in `node` belongs to the loop around it.
@@ -40,8 +40,8 @@ bool isCondition(const Node *node)
     static const QStringList operators{
         QStringLiteral("<"),  QStringLiteral(">"),  QStringLiteral("<="), QStringLiteral(">="),
         QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("&&"), QStringLiteral("||")};
-    return node->type == Parser::Ternary
-        || (node->type == Parser::Binary && operators.contains(node->value));
+    return node->type == Parser::Ternary ||
+           (node->type == Parser::Binary && operators.contains(node->value));
 }
 
 // The parts of a C-style header. A part that was left empty has no node, so the others are told
@@ -64,8 +64,8 @@ LoopHeader readHeader(const Node *node)
     if (parts.size() == 3)
         return {parts.at(0), parts.at(1), parts.at(2)};
     for (const Node *part : qAsConst(parts)) {
-        const bool changes = part->type == Parser::Assign
-            || (part->type == Parser::Unary && part->flag(Meta::postfix));
+        const bool changes = part->type == Parser::Assign ||
+                             (part->type == Parser::Unary && part->flag(Meta::postfix));
         if (part->type == Parser::VarDecl)
             header.init = part;
         else if (isCondition(part) || !changes)
@@ -90,9 +90,9 @@ void Generation::writeLoopBody(CodeWriter &writer, const Node *block, const QStr
 
 void Generation::writeWhile(CodeWriter &writer, const Node *node)
 {
-    writer.open(QLatin1String("while (")
-                + requiredCondition(node, node->children.value(0), QStringLiteral("当"))
-                + QLatin1String(") {"));
+    writer.open(QLatin1String("while (") +
+                requiredCondition(node, node->children.value(0), QStringLiteral("当")) +
+                QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -112,8 +112,8 @@ void Generation::writeLoop(CodeWriter &writer, const Node *node)
         const Node *count = node->children.value(0);
         if (!count || count->type == Parser::Block)
             report(GeneratorMessage::missingLoopCount, node->line, {});
-        writer.open(QLatin1String("for (int _n = 0; _n < ") + expression(count)
-                    + QLatin1String("; _n = _n + 1) {"));
+        writer.open(QLatin1String("for (int _n = 0; _n < ") + expression(count) +
+                    QLatin1String("; _n = _n + 1) {"));
         writeLoopBody(writer, lastBlock(node));
         writer.close();
     }
@@ -135,8 +135,8 @@ void Generation::writeCStyleLoop(CodeWriter &writer, const Node *node)
         init = expression(header.init);
     }
     const QString test = condition(header.test);
-    writer.open(QLatin1String("for (") + init + QLatin1String("; ") + test + QLatin1String("; ")
-                + expression(header.step) + QLatin1String(") {"));
+    writer.open(QLatin1String("for (") + init + QLatin1String("; ") + test + QLatin1String("; ") +
+                expression(header.step) + QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -152,8 +152,8 @@ void Generation::writeCountVarLoop(CodeWriter &writer, const Node *node)
 {
     const QString variable = loopVariable(node->children.value(1));
     const QString step = variable + QLatin1String(" = ") + variable + QLatin1String(" + 1;");
-    writer.open(QLatin1String("while (") + variable + QLatin1String(" < ")
-                + expression(node->children.value(0)) + QLatin1String(") {"));
+    writer.open(QLatin1String("while (") + variable + QLatin1String(" < ") +
+                expression(node->children.value(0)) + QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node), step);
     writer.line(step);
     writer.close();
@@ -169,10 +169,10 @@ void Generation::writeRangeLoop(CodeWriter &writer, const Node *node, bool step)
     const QString from = part(1, QStringLiteral("0"));
     const QString to = part(2, QStringLiteral("0"));
     const QString by = step ? part(3, QStringLiteral("1")) : QStringLiteral("1");
-    writer.open(QStringLiteral("for (") + variable + QLatin1String(" = ") + from
-                + QLatin1String("; ") + variable + QLatin1String(" < ") + to + QLatin1String("; ")
-                + variable + QLatin1String(" = ") + variable + QLatin1String(" + ") + by
-                + QLatin1String(") {"));
+    writer.open(QStringLiteral("for (") + variable + QLatin1String(" = ") + from +
+                QLatin1String("; ") + variable + QLatin1String(" < ") + to + QLatin1String("; ") +
+                variable + QLatin1String(" = ") + variable + QLatin1String(" + ") + by +
+                QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -210,10 +210,10 @@ void Generation::writeForEach(CodeWriter &writer, const Node *node)
     if (leaves)
         writer.close(QStringLiteral("} while (false);"));
     writer.reopen(QStringLiteral("} else {"));
-    writer.open(QLatin1String("for (; ") + index + QLatin1String(" < _vl_fe_n; ++") + index
-                + QLatin1String(") {"));
-    writer.line(element + QLatin1String(" = VL_ArrayGet(") + array + QLatin1String(", ") + index
-                + QLatin1String(");"));
+    writer.open(QLatin1String("for (; ") + index + QLatin1String(" < _vl_fe_n; ++") + index +
+                QLatin1String(") {"));
+    writer.line(element + QLatin1String(" = VL_ArrayGet(") + array + QLatin1String(", ") + index +
+                QLatin1String(");"));
     writeLoopBody(writer, block);
     writer.close();
     writer.close();
@@ -233,8 +233,8 @@ void Generation::writeForEachOnce(CodeWriter &writer, const Node *block, const Q
     writer.line(QStringLiteral("if (_vl_fe_once == 1)"));
     writer.line(QStringLiteral("    %1 = VL_Any();").arg(element));
     writer.line(QStringLiteral("else"));
-    writer.line(QStringLiteral("    %1 = VL_ArrayGet(").arg(element) + array + QLatin1String(", ")
-                + index + QLatin1String(");"));
+    writer.line(QStringLiteral("    %1 = VL_ArrayGet(").arg(element) + array + QLatin1String(", ") +
+                index + QLatin1String(");"));
     writeLoopBody(writer, block);
     writer.close();
 }

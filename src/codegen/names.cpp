@@ -27,8 +27,7 @@ QString sanitize(const QString &name)
 {
     if (name.isEmpty())
         return QStringLiteral("unnamed");
-    const QString source =
-        isAscii(name) ? name : name.normalized(QString::NormalizationForm_C);
+    const QString source = isAscii(name) ? name : name.normalized(QString::NormalizationForm_C);
     QString result;
     result.reserve(source.size() * 6);
     for (const QChar c : source) {
@@ -60,8 +59,8 @@ QString sanitizeComponent(const QString &name)
 QString handle(const QString &sanitized)
 {
     return (sanitized.startsWith(QLatin1Char('_')) ? QLatin1String("hwnd")
-                                                   : QLatin1String("hwnd_"))
-        + sanitized;
+                                                   : QLatin1String("hwnd_")) +
+           sanitized;
 }
 
 QString normalized(const QString &name)

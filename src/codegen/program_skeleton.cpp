@@ -49,7 +49,8 @@ ProgramText Generation::program(const Node *root)
     if (!user.isEmpty())
         text.append(QStringLiteral("// User-defined functions\n") + user);
     text.append(mainWindowDeclarations());
-    text.append(QStringLiteral("// VL_IDE_WNDPROC_BEGIN\n") + fixedText(QStringLiteral("window_procedure.inc")));
+    text.append(QStringLiteral("// VL_IDE_WNDPROC_BEGIN\n") +
+                fixedText(QStringLiteral("window_procedure.inc")));
     text.append(fixedText(QStringLiteral("dpi_helpers.inc")));
     text.append(QStringLiteral("// VL_IDE_CREATECONTROLS_BEGIN\n") + createControls());
     text.append(entryPoint());
@@ -123,8 +124,8 @@ QString Generation::forwardDeclarations()
             if (type.startsWith(QLatin1String("VL_User_")))
                 structs << QStringLiteral("struct %1;").arg(type);
         }
-        functions << signature.returnCppType + QLatin1Char(' ') + signature.cppName
-                + QLatin1Char('(') + parameterList(signature) + QLatin1String(");");
+        functions << signature.returnCppType + QLatin1Char(' ') + signature.cppName +
+                         QLatin1Char('(') + parameterList(signature) + QLatin1String(");");
     }
     structs.removeDuplicates();
     functions.removeDuplicates();

@@ -14,8 +14,8 @@ bool isLeadingLine(const QStringRef &line, int &depth)
         ++depth;
     else if (text.startsWith(QLatin1String("#endif")))
         --depth;
-    return depth > 0 || text.isEmpty() || text.startsWith(QLatin1Char('#'))
-        || text.startsWith(QLatin1String("//"));
+    return depth > 0 || text.isEmpty() || text.startsWith(QLatin1Char('#')) ||
+           text.startsWith(QLatin1String("//"));
 }
 
 // The offset behind the run of blank lines, comments and preprocessor lines at the start.
@@ -100,8 +100,8 @@ void ProgramText::insertLibraryText(const QString &text)
             continue;
         if (part.kind != PartKind::Program) {
             // The typedef is the last line of its header; its source part follows.
-            const bool sourceFollows = i + 1 < m_parts.size()
-                && m_parts.at(i + 1).kind == PartKind::RuntimeSource;
+            const bool sourceFollows =
+                i + 1 < m_parts.size() && m_parts.at(i + 1).kind == PartKind::RuntimeSource;
             m_parts.insert(i + (sourceFollows ? 2 : 1), Part{PartKind::Program, QString(), text});
             return;
         }
@@ -121,8 +121,8 @@ void ProgramText::insertBehindLeadingBlock(const QString &text)
     if (m_parts.isEmpty() || m_parts.first().kind != PartKind::Program) {
         // The runtime's prelude is the leading block.
         int behind = 0;
-        while (behind < m_parts.size() && behind < 2
-               && m_parts.at(behind).kind != PartKind::Program)
+        while (behind < m_parts.size() && behind < 2 &&
+               m_parts.at(behind).kind != PartKind::Program)
             ++behind;
         m_parts.insert(behind, Part{PartKind::Program, QString(), text});
         return;

@@ -10,10 +10,11 @@
 class ProgramText
 {
 public:
-    enum class PartKind {
-        Program,        // written for this program
-        RuntimeHeader,  // declarations of a runtime section
-        RuntimeSource,  // definitions of a runtime section
+    enum class PartKind
+    {
+        Program,       // written for this program
+        RuntimeHeader, // declarations of a runtime section
+        RuntimeSource, // definitions of a runtime section
     };
 
     struct Part
@@ -41,11 +42,12 @@ public:
     // Whether any part holds `text`.
     bool contains(const QString &text) const;
 
-    // Puts `text` directly behind the line of the `VL_Array3D` typedef, or, when there is none, ahead
-    // of the first of "int main(", "int WINAPI WinMain(" and "int WINAPI wWinMain(" that occurs.
+    // Puts `text` directly behind the line of the `VL_Array3D` typedef, or, when there is none,
+    // ahead of the first of "int main(", "int WINAPI WinMain(" and "int WINAPI wWinMain(" that
+    // occurs.
     void insertLibraryText(const QString &text);
-    // Puts `text` behind the block of comments, blank lines and preprocessor lines that the program's
-    // own parts begin with; with the runtime present that is behind the prelude.
+    // Puts `text` behind the block of comments, blank lines and preprocessor lines that the
+    // program's own parts begin with; with the runtime present that is behind the prelude.
     void insertBehindLeadingBlock(const QString &text);
     // Puts `text` ahead of the first occurrence of `marker` in a program part; false without one.
     bool insertAhead(const QString &marker, const QString &text);

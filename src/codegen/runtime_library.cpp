@@ -17,8 +17,8 @@ QString readFile(const QString &path)
 
 bool isLocalLine(const QStringRef &line)
 {
-    return line.startsWith(QLatin1String("#pragma once"))
-        || line.startsWith(QLatin1String("#include \""));
+    return line.startsWith(QLatin1String("#pragma once")) ||
+           line.startsWith(QLatin1String("#include \""));
 }
 
 } // namespace

@@ -31,8 +31,8 @@ QString narrowBytes(const QString &argument, const QString &codePage)
                "wstr.c_str(), (int)wstr.size(), NULL, 0, NULL, NULL); std::string bytes((size_t)n, "
                "'\\0'); if (n > 0) WideCharToMultiByte(%1, 0, wstr.c_str(), (int)wstr.size(), "
                "&bytes[0], n, NULL, NULL); return bytes; })(")
-               .arg(codePage)
-        + argument + QLatin1Char(')');
+               .arg(codePage) +
+           argument + QLatin1Char(')');
 }
 
 } // namespace
@@ -49,17 +49,17 @@ QString Generation::specialCall(const Node *node, const QString &cppFunction)
         return threadCall(node, cppFunction, 2, QStringLiteral("bool"));
     if (cppFunction == QLatin1String("VL_InvokeUI"))
         return uiCall(node);
-    if (cppFunction == QLatin1String("VL_Hotkey_RegisterGlobal")
-        || cppFunction == QLatin1String("VL_Hotkey_RegisterLocal"))
+    if (cppFunction == QLatin1String("VL_Hotkey_RegisterGlobal") ||
+        cppFunction == QLatin1String("VL_Hotkey_RegisterLocal"))
         return hotkeyCall(node, cppFunction);
-    if (cppFunction == QLatin1String("VL_DragDrop_SetDropCallback")
-        || cppFunction == QLatin1String("VL_ContextMenu_SetDesignPreTrackCallback")
-        || cppFunction == QLatin1String("VL_ContextMenu_AddItem"))
+    if (cppFunction == QLatin1String("VL_DragDrop_SetDropCallback") ||
+        cppFunction == QLatin1String("VL_ContextMenu_SetDesignPreTrackCallback") ||
+        cppFunction == QLatin1String("VL_ContextMenu_AddItem"))
         return callbackCall(node, cppFunction);
     if (cppFunction == QLatin1String("VL_Thread_JoinAll"))
         return joinAllCall(node);
-    if (cppFunction == QLatin1String("VL_HTTP_RequestBytes")
-        || cppFunction == QLatin1String("VL_HTTP_RequestEx_Bytes"))
+    if (cppFunction == QLatin1String("VL_HTTP_RequestBytes") ||
+        cppFunction == QLatin1String("VL_HTTP_RequestEx_Bytes"))
         return httpBytesCall(node, cppFunction);
     const auto codePage = m_tables.narrowCodePages.constFind(cppFunction);
     if (codePage != m_tables.narrowCodePages.cend())
@@ -113,8 +113,8 @@ QString Generation::windowCall(const Node *node, const QString &cppFunction)
 {
     QStringList arguments = plainArguments(node);
     const Node *window = node->children.value(1);
-    if (window && window->type == Parser::Identifier && windowNames().contains(window->value)
-        && !m_scopes.find(window->value))
+    if (window && window->type == Parser::Identifier && windowNames().contains(window->value) &&
+        !m_scopes.find(window->value))
         arguments[0] = CodeWriter::wideString(window->value);
     completeArguments(arguments, cppFunction);
     return cppFunction + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
@@ -149,12 +149,12 @@ QString Generation::threadCall(const Node *node, const QString &cppFunction, int
                      .arg(holder, symbol->structName, text);
         arguments << QLatin1Char('*') + holder;
     }
-    const QString start = before + QLatin1String("[=](){ ") + name
-        + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1String("); })");
+    const QString start = before + QLatin1String("[=](){ ") + name + QLatin1Char('(') +
+                          arguments.join(QLatin1String(", ")) + QLatin1String("); })");
     if (setUp.isEmpty())
         return start;
-    return QLatin1String("([&]() -> ") + resultType + QLatin1String(" { ") + setUp
-        + QLatin1String("return ") + start + QLatin1String("; })()");
+    return QLatin1String("([&]() -> ") + resultType + QLatin1String(" { ") + setUp +
+           QLatin1String("return ") + start + QLatin1String("; })()");
 }
 
 QString Generation::uiCall(const Node *node)
@@ -162,8 +162,8 @@ QString Generation::uiCall(const Node *node)
     const Node *function = node->children.value(1);
     if (!function)
         return QStringLiteral("VL_InvokeUI([=](){ })");
-    return QLatin1String("VL_InvokeUI([=](){ ") + cppName(function->value) + QLatin1Char('(')
-        + plainArguments(node, 2).join(QLatin1String(", ")) + QLatin1String("); })");
+    return QLatin1String("VL_InvokeUI([=](){ ") + cppName(function->value) + QLatin1Char('(') +
+           plainArguments(node, 2).join(QLatin1String(", ")) + QLatin1String("); })");
 }
 
 QString Generation::hotkeyCall(const Node *node, const QString &cppFunction)
@@ -185,19 +185,16 @@ QString Generation::callbackArgument(const Node *node)
     switch (function->parameters.size()) {
     case 0:
     case 1: {
-        const QString argument =
-            function->parameters.isEmpty() ? QString() : QStringLiteral("__a");
-        const QString parameter = function->parameters.isEmpty()
-            ? QStringLiteral("intptr_t")
-            : QStringLiteral("intptr_t __a");
+        const QString argument = function->parameters.isEmpty() ? QString() : QStringLiteral("__a");
+        const QString parameter = function->parameters.isEmpty() ? QStringLiteral("intptr_t")
+                                                                 : QStringLiteral("intptr_t __a");
         return QStringLiteral("[](%1){ %2(%3); }").arg(parameter, function->cppName, argument);
     }
     case 2:
         return QStringLiteral("[](intptr_t __a, intptr_t __b){ %1(__a, (int)__b); }")
             .arg(function->cppName);
     default:
-        return QStringLiteral(
-                   "[](intptr_t __a, intptr_t __b, intptr_t __c){ %1(__a, __b, __c); }")
+        return QStringLiteral("[](intptr_t __a, intptr_t __b, intptr_t __c){ %1(__a, __b, __c); }")
             .arg(function->cppName);
     }
 }

@@ -69,8 +69,8 @@ void Generation::writeNestedBlock(CodeWriter &writer, const Node *node)
 {
     bool clash = false;
     for (const Node *child : node->children)
-        clash = clash
-            || (child->type == Parser::VarDecl && m_scopes.declaredInCppBlock(child->value));
+        clash =
+            clash || (child->type == Parser::VarDecl && m_scopes.declaredInCppBlock(child->value));
     if (!clash) {
         writeBlock(writer, node);
         return;
@@ -84,7 +84,8 @@ void Generation::writeNestedBlock(CodeWriter &writer, const Node *node)
 QString Generation::requiredCondition(const Node *parent, const Node *node, const QString &word)
 {
     if (!node || node->type == Parser::Block) {
-        report(GeneratorMessage::missingCondition, parent->line > 0 ? parent->line : m_line, {word});
+        report(GeneratorMessage::missingCondition, parent->line > 0 ? parent->line : m_line,
+               {word});
         return QString();
     }
     return condition(node);
@@ -94,20 +95,18 @@ QString Generation::condition(const Node *node)
 {
     if (!node)
         return QString();
-    if (node->type == Parser::Assign && node->value == QLatin1String("=")
-        && node->children.size() == 2) {
+    if (node->type == Parser::Assign && node->value == QLatin1String("=") &&
+        node->children.size() == 2) {
         const QString value = expression(node->children.at(1));
         return expression(node->children.at(0)) + QLatin1String(" == ") + value;
     }
-    const bool logical =
-        node->value == QLatin1String("&&") || node->value == QLatin1String("||");
+    const bool logical = node->value == QLatin1String("&&") || node->value == QLatin1String("||");
     if (node->type == Parser::Binary && logical && node->children.size() == 2) {
         const QString left = condition(node->children.at(0));
-        return QLatin1Char('(') + left + QLatin1Char(' ') + node->value + QLatin1Char(' ')
-            + condition(node->children.at(1)) + QLatin1Char(')');
+        return QLatin1Char('(') + left + QLatin1Char(' ') + node->value + QLatin1Char(' ') +
+               condition(node->children.at(1)) + QLatin1Char(')');
     }
-    const bool negation =
-        node->value == QLatin1String("!") || node->value == QLatin1String("非");
+    const bool negation = node->value == QLatin1String("!") || node->value == QStringLiteral("非");
     if (node->type == Parser::Unary && negation && !node->children.isEmpty())
         return QLatin1String("!(") + condition(node->children.first()) + QLatin1Char(')');
     return expression(node);
@@ -120,17 +119,17 @@ void Generation::writeIf(CodeWriter &writer, const Node *node)
         writeBlock(writer, block);
     };
     const Node *first = node->children.value(0);
-    writer.open(QLatin1String("if (")
-                + requiredCondition(node, first, QStringLiteral("如果")) + QLatin1String(") {"));
+    writer.open(QLatin1String("if (") + requiredCondition(node, first, QStringLiteral("如果")) +
+                QLatin1String(") {"));
     const int bodyIndex = first && first->type == Parser::Block ? 0 : 1;
     writeBody(node->children.value(bodyIndex));
     for (int i = bodyIndex + 1; i < node->children.size(); ++i) {
         const Node *branch = node->children.at(i);
         if (branch->type == Parser::If) {
             const Node *test = branch->children.value(0);
-            writer.reopen(QLatin1String("} else if (")
-                          + requiredCondition(branch, test, QStringLiteral("否则如果"))
-                          + QLatin1String(") {"));
+            writer.reopen(QLatin1String("} else if (") +
+                          requiredCondition(branch, test, QStringLiteral("否则如果")) +
+                          QLatin1String(") {"));
             writeBody(branch->children.value(test && test->type == Parser::Block ? 0 : 1));
         } else if (branch->type == Parser::Block && branch->flag(Meta::isElse)) {
             writer.reopen(QStringLiteral("} else {"));
@@ -164,9 +163,9 @@ void Generation::writeSwitchBody(CodeWriter &writer, const Node *node)
     };
     const Node *subject = node->children.first();
     const bool noSubject = subject->type == Parser::Case || subject->type == Parser::Default;
-    writer.line(QLatin1String("auto _switch_val = ")
-                + requiredCondition(node, noSubject ? nullptr : subject, QStringLiteral("选择"))
-                + QLatin1Char(';'));
+    writer.line(QLatin1String("auto _switch_val = ") +
+                requiredCondition(node, noSubject ? nullptr : subject, QStringLiteral("选择")) +
+                QLatin1Char(';'));
     const Node *otherwise = nullptr;
     bool anyCase = false;
     for (const Node *label : node->children) {
@@ -204,14 +203,30 @@ QString Generation::caseLabel(const Node *node)
     return switchLabel(node);
 }
 
+// A label that is no literal: a name, or an expression of which the tree keeps the operator only.
+QString Generation::switchLabel(const Node *node)
+{
+    const bool isName = !node->value.isEmpty() &&
+                        (node->value.at(0).isLetter() || node->value.at(0) == QLatin1Char('_') ||
+                         node->value.at(0) == QLatin1Char('#'));
+    if (!isName) {
+        report(GeneratorMessage::strayLabel, lineOf(node), {node->value});
+        return QStringLiteral("0");
+    }
+    Node name(Parser::Identifier);
+    name.value = node->value;
+    return identifier(&name);
+}
+
 void Generation::writeReturn(CodeWriter &writer, const Node *node)
 {
     const Node *value = node->children.value(0);
     if (!value) {
         const bool needsValue =
             m_currentFunction && m_currentFunction->returnCppType != QLatin1String("void");
-        writer.line(needsValue ? QStringLiteral("return %1();").arg(m_currentFunction->returnCppType)
-                               : QStringLiteral("return;"));
+        writer.line(needsValue
+                        ? QStringLiteral("return %1();").arg(m_currentFunction->returnCppType)
+                        : QStringLiteral("return;"));
         return;
     }
     const bool givesNothing =

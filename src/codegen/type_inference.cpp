@@ -42,7 +42,7 @@ ValueType Generation::inferType(const Node *node)
     case Parser::Binary:
         return inferBinary(node);
     case Parser::Unary:
-        if (node->value == QLatin1String("!") || node->value == QLatin1String("非"))
+        if (node->value == QLatin1String("!") || node->value == QStringLiteral("非"))
             return ValueType::Bool;
         return inferType(node->children.value(0));
     case Parser::Ternary: {
@@ -90,8 +90,8 @@ ValueType Generation::inferBinary(const Node *node)
         decimal = decimal || type == ValueType::Double;
         any = any || type == ValueType::Any || type == kUnknown;
     };
-    while (walk->type == Parser::Binary && walk->children.size() >= 2
-           && !logical.contains(walk->value)) {
+    while (walk->type == Parser::Binary && walk->children.size() >= 2 &&
+           !logical.contains(walk->value)) {
         note(inferType(walk->children.at(1)));
         walk = walk->children.at(0);
     }

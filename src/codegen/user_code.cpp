@@ -12,34 +12,35 @@ using Node = Parser::ASTNode;
 // An initial value that calls something can only be computed when the program runs.
 bool needsRunTime(const Node *node)
 {
-    return node->type == Parser::Call
-        || std::any_of(node->children.begin(), node->children.end(), needsRunTime);
+    return node->type == Parser::Call ||
+           std::any_of(node->children.begin(), node->children.end(), needsRunTime);
 }
 
-const char kTimerGuard[] = "// VL_TimerClass: must precede global instances (see codegen_window stub)\n"
-                           "#ifndef VL_TIMERCLASS_DEFINED\n"
-                           "#define VL_TIMERCLASS_DEFINED\n"
-                           "class VL_TimerClass {\n"
-                           "public:\n"
-                           "    template <typename... Args> intptr_t start(Args&&...) { return 0; }\n"
-                           "    template <typename... Args> void stop(Args&&...) {}\n"
-                           "    bool isRunning() const { return false; }\n"
-                           "};\n"
-                           "#endif\n";
+const char kTimerGuard[] =
+    "// VL_TimerClass: must precede global instances (see codegen_window stub)\n"
+    "#ifndef VL_TIMERCLASS_DEFINED\n"
+    "#define VL_TIMERCLASS_DEFINED\n"
+    "class VL_TimerClass {\n"
+    "public:\n"
+    "    template <typename... Args> intptr_t start(Args&&...) { return 0; }\n"
+    "    template <typename... Args> void stop(Args&&...) {}\n"
+    "    bool isRunning() const { return false; }\n"
+    "};\n"
+    "#endif\n";
 
 } // namespace
 
 const Parser::ASTNode *Generation::bodyOf(const Node *function)
 {
     return !function->children.isEmpty() && function->children.last()->type == Parser::Block
-        ? function->children.last()
-        : nullptr;
+               ? function->children.last()
+               : nullptr;
 }
 
 bool Generation::isPlainFunction(const Node *node)
 {
-    return node->type == Parser::FunctionDecl && !node->value.contains(QLatin1Char('.'))
-        && !node->flag(Meta::classMethod);
+    return node->type == Parser::FunctionDecl && !node->value.contains(QLatin1Char('.')) &&
+           !node->flag(Meta::classMethod);
 }
 
 QString Generation::wholeUserCode(const Node *root)
@@ -77,8 +78,8 @@ void Generation::writeTimerGuard(CodeWriter &writer, const Node *root)
 {
     const bool used =
         std::any_of(root->children.begin(), root->children.end(), [this](const Node *node) {
-            return node->type == Parser::VarDecl && isInstance(node)
-                && instanceType(node) == QLatin1String("VL_TimerClass");
+            return node->type == Parser::VarDecl && isInstance(node) &&
+                   instanceType(node) == QLatin1String("VL_TimerClass");
         });
     if (used)
         writer.raw(QString::fromLatin1(kTimerGuard));
@@ -111,13 +112,13 @@ void Generation::writeGlobals(CodeWriter &writer, const Node *root)
         if (!isInstance(node))
             checkDeclaration(node);
         // A type that only the value tells is not known ahead of it.
-        const QString type = isInstance(node)        ? instanceType(node)
-            : varType == QLatin1String("auto") ? QStringLiteral("VL_Any")
-                                               : variableCppType(varType);
+        const QString type = isInstance(node)                   ? instanceType(node)
+                             : varType == QLatin1String("auto") ? QStringLiteral("VL_Any")
+                                                                : variableCppType(varType);
         writer.line(type + QLatin1Char(' ') + cppName(node->value) + QLatin1Char(';'));
         const int assignmentStart = initialization.position();
-        initialization.line(cppName(node->value) + QLatin1String(" = ") + expression(value)
-                            + QLatin1Char(';'));
+        initialization.line(cppName(node->value) + QLatin1String(" = ") +
+                            valueFor(valueTypeOf(varType), value) + QLatin1Char(';'));
         initialization.markSourceLine(assignmentStart, node->line);
     }
     if (any)
@@ -133,9 +134,9 @@ QString Generation::parameterList(const FunctionSignature &signature) const
 {
     QStringList items;
     for (const FunctionParameter &parameter : signature.parameters) {
-        items << parameter.cppType
-                + (parameter.reference ? QLatin1String("& ") : QLatin1String(" "))
-                + parameter.cppName;
+        items << parameter.cppType +
+                     (parameter.reference ? QLatin1String("& ") : QLatin1String(" ")) +
+                     parameter.cppName;
     }
     return items.join(QLatin1String(", "));
 }
@@ -149,8 +150,8 @@ void Generation::writeFunctionDeclarations(CodeWriter &writer, const Node *root)
             continue;
         const FunctionSignature &signature = m_functions[node->value];
         writer.line(QLatin1String("// DEBUG: Generating declaration for ") + signature.name);
-        writer.line(signature.returnCppType + QLatin1Char(' ') + signature.cppName
-                    + QLatin1Char('(') + parameterList(signature) + QLatin1String(");"));
+        writer.line(signature.returnCppType + QLatin1Char(' ') + signature.cppName +
+                    QLatin1Char('(') + parameterList(signature) + QLatin1String(");"));
         any = true;
     }
     if (any)
@@ -163,10 +164,10 @@ void Generation::writeFunctionDefinitions(CodeWriter &writer, const Node *root)
         if (!isPlainFunction(node) || m_functions.value(node->value).node != node)
             continue;
         const FunctionSignature &signature = m_functions[node->value];
-        writer.open(signature.returnCppType + QLatin1Char(' ') + signature.cppName
-                    + QLatin1Char('(') + parameterList(signature) + QLatin1String(") {"));
-        writer.raw(QLatin1String("// DEBUG: Generated function ") + signature.name
-                   + QLatin1String(" -> ") + signature.cppName + QLatin1Char('\n'));
+        writer.open(signature.returnCppType + QLatin1Char(' ') + signature.cppName +
+                    QLatin1Char('(') + parameterList(signature) + QLatin1String(") {"));
+        writer.raw(QLatin1String("// DEBUG: Generated function ") + signature.name +
+                   QLatin1String(" -> ") + signature.cppName + QLatin1Char('\n'));
         writeFunctionBody(writer, node, signature);
         writer.close();
         writer.blankLine();

@@ -3,7 +3,8 @@
 
 #include <QString>
 
-enum class ValueType {
+enum class ValueType
+{
     Unknown,
     Int,
     Double,

@@ -13,8 +13,8 @@ const QString kMainFunction = QStringLiteral("主函数");
 
 QString handlerHead(const WindowEvent &event)
 {
-    return event.result + QLatin1String(" On_MainWindow_") + event.handler + QLatin1Char('(')
-        + event.parameters + QLatin1Char(')');
+    return event.result + QLatin1String(" On_MainWindow_") + event.handler + QLatin1Char('(') +
+           event.parameters + QLatin1Char(')');
 }
 
 } // namespace
@@ -105,8 +105,8 @@ QString Generation::eventHandlers(const Node *root)
     for (const WindowEvent &event : m_tables.mainWindowEvents)
         writeMainWindowEvent(writer, event, root);
     writer.open(QStringLiteral("void VL_CallWindowCreateEvent(const std::wstring& name) {"));
-    writer.line(QLatin1String("if (name == ") + CodeWriter::wideString(startWindow().name)
-                + QLatin1String(") On_MainWindow_Create();"));
+    writer.line(QLatin1String("if (name == ") + CodeWriter::wideString(startWindow().name) +
+                QLatin1String(") On_MainWindow_Create();"));
     writer.close();
     return writer.takeText();
 }
@@ -121,8 +121,8 @@ const Parser::ASTNode *Generation::findEventFunction(const Node *root,
             continue;
         const QString window = Names::normalized(node->value.section(QLatin1Char('.'), 0, 0));
         const QString word = Names::normalized(node->value.section(QLatin1Char('.'), 1));
-        const bool mine = window == QStringLiteral("主窗口")
-            || window == Names::normalized(startWindow().name);
+        const bool mine =
+            window == QStringLiteral("主窗口") || window == Names::normalized(startWindow().name);
         if (mine && words.contains(word))
             return node;
     }
@@ -153,13 +153,13 @@ void Generation::writeEventBody(CodeWriter &writer, const WindowEvent &event, co
         const QString name = event.locals.at(i).section(QLatin1Char('='), 0, 0);
         const QString source = event.locals.at(i).section(QLatin1Char('='), 1);
         const bool text = source == QLatin1String("_VL_text");
-        writer.line((text ? QLatin1String("std::wstring ") : QLatin1String("int ")) + cppName(name)
-                    + QLatin1String(" = ") + source + QLatin1Char(';'));
+        writer.line((text ? QLatin1String("std::wstring ") : QLatin1String("int ")) +
+                    cppName(name) + QLatin1String(" = ") + source + QLatin1Char(';'));
         if (i >= signature.parameters.size() || signature.parameters.at(i).name == name)
             continue;
         const FunctionParameter &parameter = signature.parameters.at(i);
-        writer.line(parameter.cppType + QLatin1Char(' ') + parameter.cppName + QLatin1String(" = ")
-                    + source + QLatin1Char(';'));
+        writer.line(parameter.cppType + QLatin1Char(' ') + parameter.cppName +
+                    QLatin1String(" = ") + source + QLatin1Char(';'));
     }
     signature.returnCppType = event.result;
     writeFunctionBody(writer, function, signature);
@@ -175,11 +175,11 @@ void Generation::writeStartOfUserCode(CodeWriter &writer)
         arguments << (parameter.defaultValue ? expression(parameter.defaultValue)
                                              : zeroValue(parameter));
     }
-    const QString call =
-        function->cppName + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
-    const bool number = function->returnType == ValueType::Int
-        || function->returnType == ValueType::Bool || function->returnType == ValueType::Double
-        || function->returnType == ValueType::Any;
+    const QString call = function->cppName + QLatin1Char('(') +
+                         arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    const bool number =
+        function->returnType == ValueType::Int || function->returnType == ValueType::Bool ||
+        function->returnType == ValueType::Double || function->returnType == ValueType::Any;
     if (!number) {
         writer.line(call + QLatin1Char(';'));
         return;

@@ -8,13 +8,22 @@
 void reportMismatch(const char *file, int line, const char *what, const std::wstring &actual,
                     const std::wstring &expected);
 
-inline std::wstring shown(const std::wstring &value) { return L"\"" + value + L"\""; }
-inline std::wstring shown(const wchar_t *value) { return shown(std::wstring(value)); }
+inline std::wstring shown(const std::wstring &value)
+{
+    return L"\"" + value + L"\"";
+}
+inline std::wstring shown(const wchar_t *value)
+{
+    return shown(std::wstring(value));
+}
 inline std::wstring shown(const std::string &value)
 {
     return L"\"" + std::wstring(value.begin(), value.end()) + L"\"";
 }
-inline std::wstring shown(bool value) { return value ? L"true" : L"false"; }
+inline std::wstring shown(bool value)
+{
+    return value ? L"true" : L"false";
+}
 template <typename T>
 std::wstring shown(T value)
 {

@@ -10,7 +10,8 @@
 namespace VL {
 
 // The numbers are stored in form files and never change.
-enum ComponentType {
+enum ComponentType
+{
     Window = 0,
     GroupBox = 1,
     TabWidget = 2,
