@@ -69,6 +69,8 @@ int Generation::lineOf(const Node *node) const
 {
     if (node->line > 0)
         return node->line;
+    if (node->sourceLine > 0)
+        return node->sourceLine;
     for (const Node *child : node->children) {
         if (child->line > 0)
             return child->line;

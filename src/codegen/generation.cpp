@@ -223,17 +223,22 @@ void Generation::addBuiltinClass(const Parser::ClassInfo &info)
     symbol.name = info.name;
     symbol.structName = info.cppName;
     symbol.builtin = true;
-    for (const Parser::MemberInfo &method : info.methods) {
+    const auto addMethod = [&](const QString &name, const QString &cppMethod, const QString &type) {
         FunctionSignature signature;
-        signature.name = method.name;
-        signature.cppName = method.cppName;
-        signature.returnType = valueTypeOf(method.type);
-        if (m_input.classRegistry.contains(method.type)) {
-            signature.returnClass = method.type;
+        signature.name = name;
+        signature.cppName = cppMethod;
+        signature.returnType = valueTypeOf(type);
+        if (m_input.classRegistry.contains(type)) {
+            signature.returnClass = type;
             signature.returnType = ValueType::Object;
         }
-        symbol.methods.insert(method.name, signature);
-    }
+        symbol.methods.insert(name, signature);
+    };
+    for (const Parser::MemberInfo &method : info.methods)
+        addMethod(method.name, method.cppName, method.type);
+    const auto further = m_tables.classMethods.value(info.name);
+    for (auto it = further.begin(); it != further.end(); ++it)
+        addMethod(it.key(), it->value(0), it->value(1));
     for (const Parser::MemberInfo &member : info.properties) {
         ClassSymbol::Property property;
         property.cppName = member.cppName;

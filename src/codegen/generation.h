@@ -143,7 +143,6 @@ private:
     QString loopVariable(const Node *node);
     QString condition(const Node *node);
     QString requiredCondition(const Node *parent, const Node *node, const QString &word);
-    QString switchLabel(const Node *node);
 
     // --- expressions (expressions.cpp) ---
     QString expression(const Node *node);

@@ -51,8 +51,6 @@ const Text classDefinedTwice{"第%1行：类「%2」重复定义（首次定义�
                              "类「%1」重复定义（首次定义在第 %2 行）。"};
 const Text globalDefinedTwice{"第%1行：全局变量「%2」重复定义（首次定义在第 %3 行）。",
                               "全局变量「%1」重复定义（首次定义在第 %2 行）。"};
-const Text strayLabel{"第%1行：“选择”的分支值「%2」不是一个值。",
-                      "“选择”的分支值「%1」不是一个值。"};
 
 QString format(const Text &text, int line, const QStringList &arguments)
 {

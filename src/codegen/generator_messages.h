@@ -39,7 +39,6 @@ extern const Text functionDefinedTwice;
 extern const Text classNamesCollide;
 extern const Text classDefinedTwice;
 extern const Text globalDefinedTwice;
-extern const Text strayLabel;
 
 // The message for `line`, or the form without one when `line` is not positive.
 QString format(const Text &text, int line, const QStringList &arguments);

@@ -81,6 +81,13 @@ GeneratorTables::GeneratorTables()
     displayedFirstArgument = toSet(table("displayedFirstArgument"));
     narrowCodePages = toHash(table("narrowCodePages"));
 
+    const QJsonObject classes = table("classMethods").toObject();
+    for (auto it = classes.begin(); it != classes.end(); ++it) {
+        const QJsonObject methods = it.value().toObject();
+        for (auto method = methods.begin(); method != methods.end(); ++method)
+            classMethods[it.key()].insert(method.key(), toList(method.value()));
+    }
+
     const QJsonArray events = table("mainWindowEvents").toArray();
     for (const QJsonValue &value : events) {
         const QJsonObject event = value.toObject();

@@ -45,6 +45,8 @@ struct GeneratorTables
     QSet<QString> controlTextFunctions;     // a control as an argument stands for its text
     QSet<QString> arrayCommands;            // first argument is changed in place
     QSet<QString> displayedFirstArgument;   // first argument goes through VL_ToOutputStr
+    // Methods of built-in classes under further names: class to name to C++ member and type.
+    QHash<QString, QHash<QString, QStringList>> classMethods;
     QList<WindowEvent> mainWindowEvents;
     QHash<QString, QString> narrowCodePages; // functions on bytes, with the code page of the bytes
 

@@ -200,22 +200,7 @@ QString Generation::caseLabel(const Node *node)
         return CodeWriter::wideString(node->value);
     if (!type.isEmpty())
         return node->value;
-    return switchLabel(node);
-}
-
-// A label that is no literal: a name, or an expression of which the tree keeps the operator only.
-QString Generation::switchLabel(const Node *node)
-{
-    const bool isName = !node->value.isEmpty() &&
-                        (node->value.at(0).isLetter() || node->value.at(0) == QLatin1Char('_') ||
-                         node->value.at(0) == QLatin1Char('#'));
-    if (!isName) {
-        report(GeneratorMessage::strayLabel, lineOf(node), {node->value});
-        return QStringLiteral("0");
-    }
-    Node name(Parser::Identifier);
-    name.value = node->value;
-    return identifier(&name);
+    return node->label ? expression(node->label) : node->value;
 }
 
 void Generation::writeReturn(CodeWriter &writer, const Node *node)

@@ -5,14 +5,17 @@
 #include <QMetaType>
 #include <QString>
 
+#include <vector>
+
 // The first stage of every analysis. It reports nothing: a problem is an `Error` token, or no token
 // at all. One object serves one thread at a time.
 class Lexer
 {
 public:
-    // The numbers are fixed: parser, editor and `vorelc tokens` compare and print them. Numbers that
-    // are left out are reserved.
-    enum TokenType {
+    // The numbers are fixed: parser, editor and `vorelc tokens` compare and print them. Numbers
+    // that are left out are reserved.
+    enum TokenType
+    {
         Var = 0,
         Int = 2,
         Double = 3,
@@ -108,10 +111,33 @@ public:
     QList<Token> tokenize();
 
 private:
+    QChar at(int offset) const;
+    void advance(int count)
+    {
+        m_index += count;
+        m_column += count;
+    }
+    void advanceOverLines(int end);
+    void skipLineComment();
+    void skipBlockComment();
+    bool startsRawString() const;
+    Token scanToken();
+    Token scanNumber();
+    Token scanHexadecimal();
+    Token scanString();
+    Token scanRawString();
+    Token scanHashWord();
+    Token scanWord();
+    Token scanOperator();
+    Token make(int kind, const QString &text, int length);
+    QString shared(int begin, int length);
+
     QString m_source;
     int m_index = 0;
     int m_line = 1;
     int m_column = 1;
+    // Texts seen lately, by a cheap hash: a name that comes a thousand times is one text object.
+    std::vector<QString> m_recent;
 };
 
 Q_DECLARE_TYPEINFO(Lexer::Token, Q_MOVABLE_TYPE);

@@ -1,12 +1,20 @@
 // Parser: turns tokens into the syntax tree that checks and code generation read.
 #pragma once
 
+#include "frontend/class_index.h"
 #include "frontend/lexer.h"
+#include "frontend/parser_limits.h"
 
 #include <QList>
 #include <QMap>
 #include <QString>
 #include <QStringList>
+
+#include <initializer_list>
+#include <memory>
+#include <vector>
+
+enum class ParserMessage : int;
 
 // A hand-written recursive descent parser. It never stops at the first error: it collects Chinese
 // messages and always returns a tree. Class registry and variable types survive from run to run, so
@@ -15,7 +23,8 @@ class Parser
 {
 public:
     // The numbers are fixed: `vorelc tree` prints them and the generator reads them.
-    enum NodeType {
+    enum NodeType
+    {
         Program = 0,
         VarDecl = 1,
         FunctionDecl = 2,
@@ -61,6 +70,10 @@ public:
         QMap<QString, QString> metadata;
         int line;
         int column = 0;
+        // Beside the tree that others compare: the line of a node whose `line` stays 0, and the
+        // label of a `Case` as the whole expression that its `value` is taken from. Owned.
+        int sourceLine = 0;
+        ASTNode *label = nullptr;
     };
 
     // `name` as written in source, `cppName` the C++ member, `type` a Chinese type word for
@@ -103,13 +116,180 @@ public:
     QString ensureClass(const QString &name);
 
 private:
+    using Node = std::unique_ptr<ASTNode>;
+    using NodeList = std::vector<Node>;
+    // An expression and the height of its tree.
+    struct Expression
+    {
+        Node node;
+        int height = 0;
+    };
+    enum class Commas
+    {
+        Refused,
+        Allowed
+    };
+    // Whether a list of parameters goes on behind the one just read.
+    enum class ParameterResult
+    {
+        GoOn,
+        LeaveList
+    };
+    class PreScan;
+    // One expression inside another for as long as it lives. Where the outermost ends, messages are
+    // heard again, unless the file ended with it.
+    class NestingScope
+    {
+    public:
+        explicit NestingScope(Parser *parser) : m_parser(parser) { ++m_parser->m_depth; }
+        ~NestingScope()
+        {
+            if (--m_parser->m_depth == 0 && !m_parser->at(Lexer::EndOfFile))
+                m_parser->m_muted = false;
+        }
+        NestingScope(const NestingScope &) = delete;
+        NestingScope &operator=(const NestingScope &) = delete;
+
+    private:
+        Parser *m_parser;
+    };
+
+    // Tokens and messages: parser.cpp.
+    const Lexer::Token &current() const;
+    const Lexer::Token &peek() const;
+    int kind() const { return current().type; }
+    bool at(int tokenKind) const { return kind() == tokenKind; }
+    void advance();
+    bool match(int tokenKind);
+    bool expect(int tokenKind, ParserMessage message);
+    void skipNewlines();
+    void report(ParserMessage message, std::initializer_list<QString> arguments = {},
+                int line = -1);
+    void appendPlain(ParserMessage message, std::initializer_list<QString> arguments = {});
+    void appendMessage(const QString &text);
+    bool isMuted() const { return m_muted || m_errors.size() > ParserLimits::messages; }
+    Node newNode(int type) const { return Node(new ASTNode(type, current().line)); }
+    static void append(ASTNode *parent, Node child);
+    static void append(ASTNode *parent, NodeList children);
+
+    // File scope: parser.cpp.
+    void parseFile(ASTNode *program);
+    Node parseTopLevelItem();
+    Node parseTopLevelName();
+    Node parseGlobal();
+    Node refuseAtFileScope(ParserMessage message);
+    void recover();
+
+    // Declarations: parser_declarations.cpp.
+    NodeList parseDeclarations(Commas commas);
+    bool parseDeclarator(const QString &varType, NodeList *declared);
+    NodeList abandonDeclarations(const NodeList &declared, int start);
+    Node parseDeclaration();
+    Node parseArrayDeclaration();
+    int parseArrayBounds(ASTNode *array);
+    Expression parseArrayValue(int dimensions);
+    Node parseClassInstance();
+    bool atClassName() const;
+
+    // Functions: parser_functions.cpp.
+    Node parseFunction();
+    QString parseFunctionName();
+    ParameterResult parseFunctionParameter(ASTNode *function);
+    bool parseFunctionParameterType(ASTNode *parameter, bool *isTyped);
+    void parseParameterDefault(ASTNode *parameter);
+    QString parseFunctionReturnType();
+    ParameterResult parseMethodParameter(ASTNode *method);
+    bool parseMethodParameterType(ASTNode *parameter);
+    QString parseMethodReturnType();
+    void parseRoutineBody(ASTNode *routine);
+    QStringList enterClassParameters(const ASTNode &routine);
+
+    // Statements: parser_statements.cpp.
+    Node parseBlock();
+    Node parseBody();
+    Node parseStatement();
+    Node dispatchStatement();
+    Node refuseStatement();
+    Node parseExpressionStatement();
+    void rejectLoneIdentifier(const ASTNode &identifier);
+    Node parseIf();
+    void parseBranch(ASTNode *node);
+    void parseCondition(ASTNode *node);
+    Node parseSwitch();
+    Node parseSwitchLabel();
+    void parseLabelValue(ASTNode *label);
+    void skipToClosingBrace();
+    Node parseWhile();
+    Node parseLoop();
+    void parseCStyleHeader(ASTNode *loop);
+    void parseListHeader(ASTNode *loop);
+    bool isCStyleHeader();
+    Node parseForEach();
+    Node parseReturn();
+    Node parseJump(int nodeType);
+
+    // Expressions: parser_expressions.cpp.
+    Node parseExpression() { return parseGuarded().node; }
+    Expression parseGuarded();
+    Expression refuseExpression();
+    Expression parseAssignment();
+    Expression parseTernary();
+    Expression parseBinary(int loosest);
+    Expression parseUnary();
+    Expression parseCallbackReference();
+    Expression parsePostfix();
+    Expression parseCall(Expression callee);
+    Expression parseMember(Expression object);
+    Expression parseIndex(Expression base);
+    Expression parseStep(Expression operand);
+    void resolveMember(ASTNode *member);
+    bool adopt(Expression *parent, Expression child);
+    Expression unwrapIfTooHigh(Expression outer, int innerHeight);
+    bool fits(int height);
+    void refuseNesting();
+    bool isSign(int tokenKind, QChar sign) const;
+
+    // Primary expressions and array literals: parser_primaries.cpp.
+    Expression parsePrimary();
+    Expression parseLiteral(const QString &text, const QMap<QString, QString> &metadata);
+    Expression parseParentheses();
+    Expression parseFlatArray();
+    Expression parseNestedArray(int dimensions);
+    Expression parseNestedElement(int dimensions);
+    Expression parseBraceLiteral();
+    void parseBraceElement(Expression *literal);
+
+    // Classes: parser_classes.cpp.
+    Node parseClass();
+    bool parseClassMembers(ASTNode *classNode);
+    Node parseProperty();
+    bool parsePropertyBound(ASTNode *property);
+    Node parseMethod(const QString &className);
+
+    // Class registry: class_registry.cpp, class_prescan.cpp.
+    void registerParsedClass(const ASTNode &classNode);
+    void enterClass(const ClassInfo &info);
+    QString cppNameOfClass(const QString &text) const;
+    QString findParameterClass(const QString &paramType) const;
+    QString findMember(const QString &classKey, const QString &text);
+    void preScan(const QList<Lexer::Token> &tokens);
+
     QList<Lexer::Token> m_tokens;
     int m_position = 0;
+    Lexer::Token m_endToken;
     QStringList m_errors;
     bool m_friendlyErrors = true;
+    // Expressions inside each other, the outermost included.
     int m_depth = 0;
+    // Statements inside each other.
+    int m_statementDepth = 0;
+    // Set by a nesting message: what follows from it is not reported.
+    bool m_muted = false;
+    // For each position, whether a loop header that starts there is C-style; made when needed.
+    std::vector<bool> m_semicolonAhead;
     QMap<QString, QString> m_varTypes;
     QMap<QString, ClassInfo> m_classRegistry;
+    ClassIndex m_classIndex;
 };
 
 using ClassRegistryMap = QMap<QString, Parser::ClassInfo>;
