@@ -29,6 +29,8 @@ CommandInfo readRecord(const QJsonObject &object)
     info.syntax = text("syntax");
     info.returnType = text("returnType");
     info.example = text("example");
+    if (object.contains(QLatin1String("output")))
+        info.output = text("output");
     info.note = text("note");
     info.cppFunction = text("cppFunction");
     info.parameters = stringList(object.value(QLatin1String("parameters")));

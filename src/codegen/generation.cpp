@@ -194,9 +194,10 @@ void Generation::addUserClass(const Node *node)
     symbol.structName = m_input.classRegistry.value(name).cppName;
     if (!symbol.structName.startsWith(QLatin1String("VL_User_")))
         symbol.structName = QStringLiteral("VL_User_%1_t").arg(Names::sanitize(name));
-    const ClassSymbol *other = findClassByStruct(symbol.structName);
-    if (other && other->node)
-        report(GeneratorMessage::classNamesCollide, node->line, {name, other->name});
+    for (const QString &other : qAsConst(m_userClassOrder)) {
+        if (m_classes[other].structName == symbol.structName)
+            report(GeneratorMessage::classNamesCollide, node->line, {name, other});
+    }
     for (const Node *child : node->children) {
         if (child->type == Parser::FunctionDecl)
             symbol.methodNodes << child;

@@ -1,8 +1,11 @@
 // Builds and runs whole Vorel programs and compares what they print.
 //
 // <name>.vc with <name>.out; <name>.exit holds an exit code other than 0, <name>.err a text that
-// standard error must hold. Every project under examples/ has its output.txt.
+// standard error must hold. Every project under examples/ has its output.txt, and every command's
+// record the output of its example.
 #include "golden.h"
+
+#include "catalog/command_library.h"
 
 #include <QDirIterator>
 #include <QProcess>
@@ -18,6 +21,8 @@ private slots:
     void program();
     void example_data();
     void example();
+    void commandExamples_data();
+    void commandExamples();
 
 private:
     struct Outcome
@@ -27,6 +32,7 @@ private:
         int exitCode = -1;
     };
     static Outcome run(const QString &input);
+    static QString topCategory(const CommandInfo &info);
 };
 
 static const int kLimitMs = 600000;
@@ -105,6 +111,62 @@ void ProgramTest::example()
     const Outcome outcome = run(copy.filePath(source.dirName()));
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
     Golden::compare(folder + QStringLiteral("/output.txt"), outcome.output);
+}
+
+QString ProgramTest::topCategory(const CommandInfo &info)
+{
+    return info.category.section(QLatin1Char('/'), 0, 0);
+}
+
+void ProgramTest::commandExamples_data()
+{
+    QTest::addColumn<QString>("category");
+    QStringList categories;
+    for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
+        if (!info.example.isEmpty() && !info.output.isNull())
+            categories << topCategory(info);
+    }
+    categories.removeDuplicates();
+    for (const QString &category : qAsConst(categories))
+        QTest::addRow("%s", qPrintable(category)) << category;
+}
+
+// All examples of a category in one program, each in a function of its own behind a line with the
+// command's name.
+void ProgramTest::commandExamples()
+{
+    QFETCH(QString, category);
+    QString calls;
+    QString functions;
+    QString expected;
+    int number = 0;
+    for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
+        if (topCategory(info) != category || info.example.isEmpty() || info.output.isNull())
+            continue;
+        const QString function = QStringLiteral("示例%1").arg(++number);
+        calls += QStringLiteral("    输出(\"== %1\")\n    %2()\n").arg(info.name, function);
+        functions += QStringLiteral("函数 %1() {\n%2\n}\n").arg(function, info.example);
+        expected += QStringLiteral("== %1\n").arg(info.name);
+        if (!info.output.isEmpty())
+            expected += info.output + QLatin1Char('\n');
+    }
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("examples.vc"));
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(
+        (QStringLiteral("函数 主函数() {\n") + calls + QStringLiteral("}\n") + functions).toUtf8());
+    file.close();
+    const Outcome outcome = run(path);
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
+    const QStringList actualLines = outcome.output.split(QLatin1Char('\n'));
+    const QStringList expectedLines = expected.split(QLatin1Char('\n'));
+    QString command;
+    for (int i = 0; i < qMax(actualLines.size(), expectedLines.size()); ++i) {
+        if (expectedLines.value(i).startsWith(QLatin1String("== ")))
+            command = expectedLines.at(i) + QStringLiteral(": ");
+        QCOMPARE(command + actualLines.value(i), command + expectedLines.value(i));
+    }
 }
 
 QTEST_GUILESS_MAIN(ProgramTest)

@@ -138,7 +138,7 @@ void testFolders()
     CHECK_EQ(joined(VL_GetFileList(base, L"*.*", false, false)), L"a.TXT|B.txt|noext|x.jpg|");
     CHECK_EQ(joined(VL_GetFileList(base, L"*.txt;*.jpg", false, false)), L"a.TXT|B.txt|x.jpg|");
     CHECK_EQ(joined(VL_GetFileList(base, L"?.txt", true, false)),
-             L"a.TXT|b\\c\\d\\y.txt|b\\z.txt|B.txt|");
+             L"a.TXT|B.txt|b\\c\\d\\y.txt|b\\z.txt|");
     CHECK_EQ(joined(VL_GetFileList(base, L"x*")), VL_JoinPath(base, L"x.jpg") + L"|");
     CHECK_EQ(joined(VL_GetDirList(base, true, false)), L"b|b\\c|b\\c\\d|");
     CHECK(VL_GetFileList(in(L"missing")).empty());

@@ -22,6 +22,10 @@
 #ifndef _WIN32_WINNT
 #define _WIN32_WINNT 0x0601
 #endif
+// An index outside an array ends the program instead of spoiling its memory.
+#ifndef _GLIBCXX_ASSERTIONS
+#define _GLIBCXX_ASSERTIONS 1
+#endif
 
 // winsock2.h guards itself with the macro that keeps windows.h from including its elder.
 #undef _WINSOCKAPI_
