@@ -64,7 +64,7 @@ QString Parser::findClassKey(const QString &text) const
 
 QString Parser::findMemberKey(const ClassInfo &classInfo, const QString &text)
 {
-    const QString composed = text.normalized(QString::NormalizationForm_C);
+    QString composed = text.normalized(QString::NormalizationForm_C);
     if (classInfo.methods.contains(composed) || classInfo.properties.contains(composed))
         return composed;
     const QString form = normalizedName(text);
@@ -83,7 +83,7 @@ QString Parser::findMember(const QString &classKey, const QString &text)
     const auto found = m_classRegistry.constFind(classKey);
     if (found == m_classRegistry.constEnd())
         return QString();
-    const QString composed = text.normalized(QString::NormalizationForm_C);
+    QString composed = text.normalized(QString::NormalizationForm_C);
     if (found->methods.contains(composed) || found->properties.contains(composed))
         return composed;
     return m_classIndex.memberOfName(classKey, text, [&] {
@@ -93,10 +93,10 @@ QString Parser::findMember(const QString &classKey, const QString &text)
 
 QString Parser::ensureClass(const QString &name)
 {
-    const QString trimmed = name.trimmed();
+    QString trimmed = name.trimmed();
     if (trimmed.isEmpty())
         return QString();
-    const QString known = findClassKey(trimmed);
+    QString known = findClassKey(trimmed);
     if (!known.isEmpty())
         return known;
     enterClass({trimmed, cppNameOfUserClass(trimmed), {}, {}});

@@ -118,7 +118,7 @@ Lexer::Token Lexer::scanToken()
     const QChar c = at(0);
     const ushort code = c.unicode();
     if (code == '\n') {
-        const Token token = make(Newline, QString(), 1);
+        Token token = make(Newline, QString(), 1);
         ++m_line;
         m_column = 1;
         return token;
@@ -144,7 +144,7 @@ QChar Lexer::at(int offset) const
 // A token of the next `length` characters, none of them a line feed unless the caller counts it.
 Lexer::Token Lexer::make(int kind, const QString &text, int length)
 {
-    const Token token{kind, text, m_line, m_column};
+    Token token{kind, text, m_line, m_column};
     advance(length);
     return token;
 }

@@ -140,7 +140,7 @@ bool opensWithLine(const QString &sentence)
 
 QString messageText(ParserMessage message, std::initializer_list<QString> arguments)
 {
-    const QString pattern = text(sentences[int(message)].text);
+    QString pattern = text(sentences[int(message)].text);
     const QString *given = arguments.begin();
     switch (arguments.size()) {
     case 0:

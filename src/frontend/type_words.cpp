@@ -7,12 +7,12 @@ namespace {
 
 struct TypeWord
 {
-    int kind;
     // Null where the word names no type.
     QString variable;
     QString property;
     QString preScan;
     QString methodReturn;
+    int kind;
     bool functionParameter;
     bool functionReturn;
     bool methodParameter;
@@ -34,17 +34,17 @@ const TypeWord *typeWords()
     const QString array3 = QStringLiteral("VL_Array3D");
     const QString flt = QStringLiteral("float");
     static const TypeWord table[] = {
-        {Lexer::Int, intptr, intptr, intptr, intptr, true, true, true},
-        {Lexer::Double, dbl, dbl, dbl, dbl, true, true, true},
-        {Lexer::Float, flt, flt, dbl, none, false, false, false},
-        {Lexer::Text, text, text, text, text, true, true, true},
-        {Lexer::Bool, logic, logic, logic, logic, true, true, true},
-        {Lexer::Array, none, array, array, none, false, false, false},
-        {Lexer::Array2D, array2, none, array2, none, false, false, false},
-        {Lexer::Array3D, array3, none, array3, none, false, false, false},
-        {Lexer::ByteArray, bytes, bytes, bytes, bytes, true, true, false},
-        {Lexer::Any, any, any, any, any, true, true, true},
-        {Lexer::Void, none, nothing, nothing, nothing, false, true, false},
+        {intptr, intptr, intptr, intptr, Lexer::Int, true, true, true},
+        {dbl, dbl, dbl, dbl, Lexer::Double, true, true, true},
+        {flt, flt, dbl, flt, Lexer::Float, true, true, true},
+        {text, text, text, text, Lexer::Text, true, true, true},
+        {logic, logic, logic, logic, Lexer::Bool, true, true, true},
+        {none, array, array, none, Lexer::Array, false, false, false},
+        {array2, none, array2, none, Lexer::Array2D, false, false, false},
+        {array3, none, array3, none, Lexer::Array3D, false, false, false},
+        {bytes, bytes, bytes, bytes, Lexer::ByteArray, true, true, false},
+        {any, any, any, any, Lexer::Any, true, true, true},
+        {none, nothing, nothing, nothing, Lexer::Void, false, true, false},
     };
     static_assert(sizeof(table) / sizeof(table[0]) == Lexer::Void - Lexer::Int + 1,
                   "one row for each type word");
