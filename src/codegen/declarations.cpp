@@ -2,6 +2,7 @@
 #include "codegen/generation.h"
 
 #include "codegen/names.h"
+#include "codegen/runtime_library.h"
 #include "frontend/metadata.h"
 
 namespace {
@@ -162,7 +163,14 @@ void Generation::writeDictionary(CodeWriter &writer, const Node *node)
 
 void Generation::writeInstance(CodeWriter &writer, const Node *node)
 {
-    QString text = instanceType(node) + QLatin1Char(' ') + cppName(node->value);
+    const QString type = instanceType(node);
+    // A class whose runtime nobody brings cannot be had, whatever else the text says of it.
+    if (!type.startsWith(QLatin1String("VL_User_")) &&
+        !RuntimeLibrary::instance().definesClass(type)) {
+        report(GeneratorMessage::classUnavailable, node->line,
+               {node->metadata.value(Meta::className), node->value});
+    }
+    QString text = type + QLatin1Char(' ') + cppName(node->value);
     if (!node->children.isEmpty())
         text += QLatin1String(" = ") + expression(node->children.first());
     writer.line(text + QLatin1Char(';'));

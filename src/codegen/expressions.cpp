@@ -50,6 +50,31 @@ QString asciiDigits(QString text)
     return text;
 }
 
+// C++ reckons with small literals in 32 bits, the language's integers have 64. True when the
+// integer literals that `chain` begins with, innermost operation last, leave 32 bits.
+bool outgrowsInt(const Node *leftmost, const QList<const Node *> &chain)
+{
+    qint64 value = leftmost->value.toLongLong();
+    for (auto it = chain.crbegin(); it != chain.crend(); ++it) {
+        const Node *right = (*it)->children.at(1);
+        if (!isIntLiteral(leftmost) || !isIntLiteral(right))
+            return false;
+        const qint64 operand = right->value.toLongLong();
+        bool overflow = true;
+        if ((*it)->value == QLatin1String("+"))
+            overflow = __builtin_add_overflow(value, operand, &value);
+        else if ((*it)->value == QLatin1String("-"))
+            overflow = __builtin_sub_overflow(value, operand, &value);
+        else if ((*it)->value == QLatin1String("*"))
+            overflow = __builtin_mul_overflow(value, operand, &value);
+        if (overflow)
+            return false;
+        if (value != static_cast<int>(value))
+            return true;
+    }
+    return false;
+}
+
 bool allArrayLiterals(const Node *node)
 {
     for (const Node *child : node->children) {
@@ -161,6 +186,8 @@ QString Generation::binary(const Node *node)
         leftmost = leftmost->children.first();
     }
     QString text = expression(leftmost);
+    if (outgrowsInt(leftmost, chain))
+        text.prepend(QLatin1String("(long long)"));
     // In "ab" + x + y the text on the left decides how a number on the right is joined.
     bool stringChain = isStringLiteral(leftmost);
     QString open;

@@ -52,6 +52,10 @@ const Text classDefinedTwice{"第%1行：类「%2」重复定义（首次定义�
 const Text globalDefinedTwice{"第%1行：全局变量「%2」重复定义（首次定义在第 %3 行）。",
                               "全局变量「%1」重复定义（首次定义在第 %2 行）。"};
 
+const Text classUnavailable{
+    "第%1行：支持库命令不可用：\n类型「%2」所在的支持库没有安装，不能声明变量「%3」。",
+    "支持库命令不可用：\n类型「%1」所在的支持库没有安装，不能声明变量「%2」。"};
+
 QString format(const Text &text, int line, const QStringList &arguments)
 {
     const QString pattern = QString::fromUtf8(line > 0 ? text.withLine : text.withoutLine);

@@ -78,3 +78,17 @@ QStringList RuntimeLibrary::importLibraries() const
     }
     return names;
 }
+
+bool RuntimeLibrary::definesClass(const QString &cppName) const
+{
+    return std::any_of(m_sections.begin(), m_sections.end(), [&](const RuntimeSection &section) {
+        for (const char *keyword : {"class ", "struct "}) {
+            const int found = section.header.indexOf(QLatin1String(keyword) + cppName);
+            const int end = found + int(qstrlen(keyword)) + cppName.size();
+            if (found >= 0 && !section.header.mid(end, 1).startsWith(QLatin1Char('_')) &&
+                !section.header.mid(end, 1).at(0).isLetterOrNumber())
+                return true;
+        }
+        return false;
+    });
+}

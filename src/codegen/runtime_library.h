@@ -28,6 +28,8 @@ public:
     // The import libraries that the prelude names in its `#pragma comment(lib, ...)` lines, without
     // suffix: GCC does not read those lines, so the link line needs them.
     QStringList importLibraries() const;
+    // Whether a section declares the class or struct of that C++ name.
+    bool definesClass(const QString &cppName) const;
 
 private:
     RuntimeLibrary();

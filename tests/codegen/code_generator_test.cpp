@@ -19,6 +19,7 @@ private slots:
     void messages();
     void names_data();
     void names();
+    void builtinClasses();
     void wholeProgram();
     void withoutWindow();
 
@@ -108,6 +109,9 @@ void CodeGeneratorTest::messages_data()
     row("no result printed", QStringLiteral("输出(延时(1))"),
         {QStringLiteral("第2行：\"延时()\" 命令无返回值，不能作为 输出 的参数")});
 
+    row("class without runtime", QStringLiteral("JSON类 甲"),
+        {QStringLiteral("第2行：支持库命令不可用：\n类型「JSON类」所在的支持库没有安装，不能声明变"
+                        "量「甲」。")});
     QTest::addRow("function twice")
         << QStringLiteral("函数 甲() { }\n函数 甲() { }\n")
         << QStringList{QStringLiteral("第2行：函数「甲」重复定义（首次定义在第 1 行）。")};
@@ -148,6 +152,18 @@ void CodeGeneratorTest::names()
     QFETCH(QString, name);
     QFETCH(QString, identifier);
     QCOMPARE(Names::identifier(name), identifier);
+}
+
+// Members resolve through chained calls, and under both spellings that are in use.
+void CodeGeneratorTest::builtinClasses()
+{
+    const QString text =
+        generate(QStringLiteral("函数 甲() {\nJSON类 a\na.读文件(\"x\")\na.读文本(\"x\")\n"
+                                "HTTP类 b\n输出(b.设置超时(5).请求(\"u\"), b.状态码)\n}\n"))
+            .userCode;
+    QCOMPARE(text.count(QStringLiteral("a.loadFile(std::wstring(L\"x\"));")), 2);
+    QVERIFY(text.contains(QStringLiteral("VL_Print(b.setTimeout(5).request(std::wstring(L\"u\")), "
+                                         "VL_ToOutputStr(b.getStatusCode()));")));
 }
 
 // The order of the sections and the markers that others look for.
