@@ -30,10 +30,18 @@ static void reading()
         const wchar_t *key;
         const wchar_t *value;
     } rows[] = {
-        {L"", L"top", L"0"},          {L"main", L"NAME", L"a = b"},  {L"Main", L"quoted", L"  x "},
-        {L"Main", L"empty", L""},     {L"Main", L"last", L"y"},      {L"Main", L"no value", L"?"},
-        {L"Main", L"", L"?"},         {L"Main", L"#k", L"?"},        {L"other", L"name", L"second"},
-        {L"main", L"more", L"1"},     {L"x", L"Name", L"?"},         {L"other", L"top", L"?"},
+        {L"", L"top", L"0"},
+        {L"main", L"NAME", L"a = b"},
+        {L"Main", L"quoted", L"  x "},
+        {L"Main", L"empty", L""},
+        {L"Main", L"last", L"y"},
+        {L"Main", L"no value", L"?"},
+        {L"Main", L"", L"?"},
+        {L"Main", L"#k", L"?"},
+        {L"other", L"name", L"second"},
+        {L"main", L"more", L"1"},
+        {L"x", L"Name", L"?"},
+        {L"other", L"top", L"?"},
         {L" Main ", L" Name ", L"a = b"},
     };
     for (const auto &row : rows)
@@ -57,13 +65,15 @@ static void writing()
     CHECK(VL_WriteIni(kFile, L"b", L"m", VL_Any(true)));
     CHECK(VL_WriteIni(kFile, L"c", L"n", VL_Any(1.5)));
     CHECK(VL_WriteIni(kFile, L"", L"t", VL_Any(L"")));
-    CHECK_EQ(content(), std::string("; head\nt=\n\n[a]\n  k =  5\n; about x\nx=1\nnew=v\n\n[b]\nk=2\n"
-                                    "m=\xE7\x9C\x9F\n\n[c]\nn=1.5\n"));
+    CHECK_EQ(content(),
+             std::string("; head\nt=\n\n[a]\n  k =  5\n; about x\nx=1\nnew=v\n\n[b]\nk=2\n"
+                         "m=\xE7\x9C\x9F\n\n[c]\nn=1.5\n"));
     CHECK(VL_DeleteIniKey(kFile, L"a", L"X"));
     CHECK(!VL_DeleteIniKey(kFile, L"a", L"X"));
     CHECK(VL_DeleteIniSection(kFile, L"B"));
     CHECK(!VL_DeleteIniSection(kFile, L"b"));
-    CHECK_EQ(content(), std::string("; head\nt=\n\n[a]\n  k =  5\n; about x\nnew=v\n\n[c]\nn=1.5\n"));
+    CHECK_EQ(content(),
+             std::string("; head\nt=\n\n[a]\n  k =  5\n; about x\nnew=v\n\n[c]\nn=1.5\n"));
     CHECK(VL_DeleteIniSection(kFile, L""));
     CHECK_EQ(content().substr(0, 12), std::string("; head\n\n[a]\n"));
 }
@@ -71,8 +81,20 @@ static void writing()
 static void values()
 {
     VL_DeleteFile(kFile);
-    const wchar_t *kept[] = {L"", L" x", L"x\t", L"\"", L"\"q\"", L"'", L"''", L"a=b;c#d", L"[x]",
-                             L"\u3000\u4E2D", L"\xD83D\xDE00", L"C:\\new\\t", L"\""  L"a' "};
+    const wchar_t *kept[] = {L"",
+                             L" x",
+                             L"x\t",
+                             L"\"",
+                             L"\"q\"",
+                             L"'",
+                             L"''",
+                             L"a=b;c#d",
+                             L"[x]",
+                             L"\u3000\u4E2D",
+                             L"\xD83D\xDE00",
+                             L"C:\\new\\t",
+                             L"\""
+                             L"a' "};
     for (const wchar_t *value : kept) {
         CHECK(VL_WriteIni(kFile, L"\u8282", L"\u952E", VL_Any(value)));
         CHECK_EQ(VL_ReadIni(kFile, L"\u8282", L"\u952E", L"?"), std::wstring(value));

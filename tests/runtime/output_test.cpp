@@ -50,7 +50,7 @@ void printTest()
     // Nothing may wait in a buffer.
     const std::string expected("\xE4\xB8\xAD\xF0\x9F\x98\x80\r\n1, 2.5, x, \xE7\x9C\x9F\r\n"
                                "a\0b\r\n\r\n",
-                               36);
+                               32);
     CHECK_EQ(writtenSoFar(), expected);
     // Pairs at every place where the text may be cut into pieces.
     std::wstring pairs(1, L'x');

@@ -18,8 +18,10 @@ int heldPrecision(intptr_t precision, int least)
 
 double rounded(double v, intptr_t precision)
 {
-    const double factor = std::pow(10.0, heldPrecision(precision, -15));
-    const double result = std::floor(v * factor + 0.5) / factor;
+    const int digits = heldPrecision(precision, -15);
+    const double factor = std::pow(10.0, digits < 0 ? -digits : digits);
+    const double result =
+        digits < 0 ? std::floor(v / factor + 0.5) * factor : std::floor(v * factor + 0.5) / factor;
     return std::isfinite(result) ? result : v;
 }
 

@@ -1,7 +1,6 @@
 // Reading JSON into a VL_Any, JSON files, and values by path.
 #include "59_json.h"
 
-
 namespace vl_json {
 namespace {
 

@@ -160,8 +160,7 @@ std::wstring valueText(DWORD type, const std::vector<BYTE> &data, bool expand)
     unsigned long long number = 0;
     if ((type == REG_DWORD && data.size() >= 4) || (type == REG_QWORD && data.size() >= 8)) {
         memcpy(&number, data.data(), type == REG_DWORD ? 4 : 8);
-        return type == REG_DWORD ? VL_FormatInteger((long long)(int)(DWORD)number)
-                                 : VL_FormatInteger((long long)number);
+        return VL_FormatInteger((long long)number);
     }
     if (type == REG_MULTI_SZ)
         return joinedLines(textOf(data));
@@ -239,7 +238,7 @@ bool VL_RegWriteExInt(const std::wstring &key, const std::wstring &name, long lo
     vl_registry::Key opened;
     if (!opened.create(key, KEY_SET_VALUE | vl_registry::viewFlag(view)))
         return false;
-    const bool isShort = value >= INT32_MIN && value <= INT32_MAX;
+    const bool isShort = value >= 0 && value <= UINT32_MAX;
     const DWORD number = (DWORD)value;
     return RegSetValueExW(opened.get(), name.c_str(), 0, isShort ? REG_DWORD : REG_QWORD,
                           isShort ? (const BYTE *)&number : (const BYTE *)&value,

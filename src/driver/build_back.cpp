@@ -1,0 +1,135 @@
+// The stages of a build from the generated program to the executable.
+#include "driver/build_run.h"
+
+#include "driver/build_messages.h"
+#include "driver/gcc_output.h"
+#include "driver/output_files.h"
+
+#include <QDir>
+#include <QLockFile>
+
+using BuildMessage::text;
+using Severity = BuildDiagnostic::Severity;
+
+namespace {
+
+// Passes everything on, but never a smaller percentage than one shown before.
+class RisingProgress : public BuildListener
+{
+public:
+    RisingProgress(BuildListener &listener, int percent) : m_listener(listener), m_percent(percent)
+    {}
+
+    void progress(int percent, const QString &message) override
+    {
+        m_percent = qMax(m_percent, percent);
+        if (m_lastMessage == message)
+            return;
+        m_lastMessage = message;
+        m_listener.progress(m_percent, message);
+    }
+    void note(const QString &text) override { m_listener.note(text); }
+    void output(const QString &text) override { m_listener.output(text); }
+    void diagnostic(const BuildDiagnostic &diagnostic) override
+    {
+        m_listener.diagnostic(diagnostic);
+    }
+    bool isCancelled() override { return m_listener.isCancelled(); }
+
+private:
+    BuildListener &m_listener;
+    int m_percent;
+    QString m_lastMessage;
+};
+
+} // namespace
+
+bool BuildPipeline::Run::finishProgram()
+{
+    ProgramText &program = m_outcome.program;
+    const QStringList notes = removedFeatureWarnings(program);
+    for (const QString &note : notes)
+        report({Severity::Warning, m_request.activeFileName, 0, note});
+    QStringList libraries;
+    if (usesScriptEngine(program))
+        libraries << QStringLiteral("javascript");
+    if (m_pipeline.m_libraries)
+        m_libraryText = m_pipeline.m_libraries(program, libraries);
+    if (!m_libraryText.problems.isEmpty()) {
+        reportMessages(m_libraryText.problems, Severity::Error);
+        m_errors = QStringList{text(BuildMessage::librariesUnavailable) +
+                               m_libraryText.problems.join(QLatin1Char('\n'))};
+        return endIfErrors();
+    }
+    insertLibraryText(program, m_libraryText.runtimeText);
+    repairHeaders(program);
+    return true;
+}
+
+bool BuildPipeline::Run::prepareFolder()
+{
+    if (!begin(60, BuildMessage::compiling))
+        return false;
+    const QString folder = OutputFiles::buildFolder(m_request);
+    m_outcome.executable = OutputFiles::executable(m_request);
+    if (QDir().mkpath(folder))
+        return true;
+    report({Severity::Error, QString(), 0,
+            text(BuildMessage::cannotMakeFolder).arg(QDir::toNativeSeparators(folder))});
+    return endIfErrors();
+}
+
+ToolchainJob BuildPipeline::Run::toolchainJob() const
+{
+    ToolchainJob job;
+    job.program = m_outcome.program;
+    job.folder = OutputFiles::buildFolder(m_request);
+    job.executable = m_outcome.executable;
+    job.platform = m_request.platform;
+    job.isDebug = m_request.buildConfig == QLatin1String("debug");
+    job.staticLink = m_request.staticLink;
+    job.splitRuntime = m_request.splitRuntime && qEnvironmentVariableIsEmpty("VOREL_NO_SPLIT");
+    job.linkLibraries = m_libraryText.linkLibraries;
+    job.includeFolders = m_libraryText.includeFolders;
+    job.libraryFolders = m_libraryText.libraryFolders;
+    return job;
+}
+
+bool BuildPipeline::Run::compile()
+{
+    if (!begin(80, BuildMessage::runningToolchain))
+        return false;
+    const ToolchainJob job = toolchainJob();
+    // Two builds of one program take turns.
+    QLockFile lock(job.folder + QLatin1String("/.vl_build.lock"));
+    lock.setStaleLockTime(0);
+    while (!lock.tryLock(100) && lock.error() == QLockFile::LockFailedError) {
+        if (m_listener.isCancelled())
+            return begin(80, BuildMessage::runningToolchain);
+    }
+    RisingProgress rising(m_listener, m_percent);
+    const std::unique_ptr<Toolchain> toolchain = m_pipeline.m_toolchains(m_request);
+    const ToolchainResult result = toolchain->build(job, rising);
+    return result.success || reportToolchainFailure(result);
+}
+
+bool BuildPipeline::Run::reportToolchainFailure(const ToolchainResult &result)
+{
+    m_outcome.isCppFailure = true;
+    m_outcome.executable.clear();
+    if (result.cancelled) {
+        m_outcome.cancelled = true;
+        m_outcome.isCppFailure = false;
+        return fail({text(BuildMessage::cancelled)});
+    }
+    const QList<BuildDiagnostic> errors = translateGccOutput(
+        result.toolOutput, QStringLiteral("main.cpp"), result.compiledText, m_lineMap);
+    for (const BuildDiagnostic &error : errors)
+        report(error);
+    // The bare exit code only tells something when nothing else does.
+    if (!result.message.isEmpty() && errors.isEmpty())
+        report({Severity::Error, QString(), 0, result.message});
+    else if (!result.message.isEmpty())
+        m_listener.output(result.message);
+    return endIfErrors();
+}

@@ -1,0 +1,180 @@
+// The stages of a build up to the generated program.
+#include "driver/build_run.h"
+
+#include "driver/build_messages.h"
+#include "driver/output_files.h"
+#include "driver/source_checks.h"
+#include "driver/source_text.h"
+#include "driver/structure_checks.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+using BuildMessage::text;
+using Severity = BuildDiagnostic::Severity;
+
+namespace {
+
+// For whoever looks for the reason of a strange build.
+void writeTrace(const CompilerBuildRequest &request)
+{
+    if (qEnvironmentVariableIsEmpty("VL_IDE_ENABLE_DEBUG_TRACE"))
+        return;
+    const QString folder = request.hasProject ? request.projectPath : QDir::tempPath();
+    const QString trace = QStringLiteral("=== Compiler compile() ===\nm_parseHelper:nullptr\n"
+                                         "m_projectPath:%1\n")
+                              .arg(request.projectPath);
+    OutputFiles::write(folder + QLatin1String("/vl_debug.txt"), trace.toUtf8());
+}
+
+bool isNativeBackend(const QString &backend)
+{
+    return backend == QLatin1String("win32") || backend == QLatin1String("vlwin");
+}
+
+} // namespace
+
+bool BuildPipeline::Run::gather()
+{
+    if (!begin(10, BuildMessage::parsingSource) || !begin(14, BuildMessage::gatheringSource))
+        return false;
+    m_text = m_request.sourceText;
+    m_lineMap = m_request.lineMap;
+    if (m_text.isEmpty()) {
+        MergedSource merged;
+        if (m_request.hasProject) {
+            merged = mergeProject(m_request.projectPath);
+        } else {
+            const QString name = m_request.activeFileName.isEmpty() ? m_request.sourceFile
+                                                                    : m_request.activeFileName;
+            merged = mergeSingleFile(m_request.sourceFile, name);
+        }
+        for (const BuildDiagnostic &error : qAsConst(merged.errors))
+            report(error);
+        m_text = merged.text;
+        m_lineMap = merged.lineMap;
+    }
+    if (m_text.size() > maxMergedChars) {
+        report({Severity::Error, QString(), 0,
+                text(BuildMessage::sourceTooLarge).arg(m_text.size()).arg(maxMergedChars)});
+    }
+    return endIfErrors();
+}
+
+bool BuildPipeline::Run::checkText()
+{
+    const QString firstFile = m_request.hasProject || m_request.activeFileName.isEmpty()
+                                  ? QStringLiteral("main.vc")
+                                  : m_request.activeFileName;
+    const QStringList duplicates = findDuplicateHandlers(m_text, firstFile);
+    for (const QString &duplicate : duplicates) {
+        m_listener.output(duplicate);
+        report({Severity::Error, QString(), 0, duplicate});
+    }
+    if (!endIfErrors() || !begin(20, BuildMessage::lexing))
+        return false;
+    const QuoteError quotes = checkQuotes(m_text);
+    if (quotes.line > 0)
+        reportMessages({quotes.message}, Severity::Error);
+    return endIfErrors();
+}
+
+bool BuildPipeline::Run::lex()
+{
+    const bool known = !m_pipeline.m_tokens.isEmpty() && m_pipeline.m_lexedText == m_text;
+    if (known)
+        return begin(25, BuildMessage::cachedTokens);
+    m_pipeline.m_tokens = Lexer(m_text).tokenize();
+    m_pipeline.m_lexedText = m_text;
+    return true;
+}
+
+// Classes of .vpp files are known wherever they are used, even when the text was handed in.
+void BuildPipeline::Run::prescanClasses(Parser &parser) const
+{
+    if (!m_request.hasProject)
+        return;
+    const QDir project(m_request.projectPath);
+    const bool hasFolder = QFileInfo(project.filePath(QStringLiteral("source"))).isDir();
+    const QDir folder(hasFolder ? project.filePath(QStringLiteral("source")) : project.path());
+    const QStringList names = folder.entryList({QStringLiteral("*.vpp"), QStringLiteral("*.vt")},
+                                               QDir::Files, QDir::Name);
+    for (const QString &name : names) {
+        const SourceText source = readSourceFile(folder.filePath(name), name);
+        if (source.isValid())
+            parser.preScanTokens(Lexer(source.text).tokenize());
+    }
+}
+
+bool BuildPipeline::Run::parse()
+{
+    if (!begin(30, BuildMessage::parsing))
+        return false;
+    writeTrace(m_request);
+    m_parser.setFriendlyErrors(m_request.chineseError);
+    prescanClasses(m_parser);
+    m_tree.reset(m_parser.parse(m_pipeline.m_tokens));
+    reportMessages(m_parser.errors(), Severity::Error);
+    return endIfErrors();
+}
+
+QStringList BuildPipeline::Run::windowNames() const
+{
+    QStringList names;
+    for (const CompilerWindowBuildSpec &window : m_request.windowSpecs)
+        names << window.name;
+    return names;
+}
+
+bool BuildPipeline::Run::checkTree()
+{
+    reportMessages(checkStructure(m_tree.get(), windowNames()), Severity::Error);
+    return endIfErrors() && begin(45, BuildMessage::checking);
+}
+
+void BuildPipeline::Run::registerWindows()
+{
+    CodeGenerator &generator = m_pipeline.m_generator;
+    generator.clear();
+    generator.setUiBackend(m_request.uiBackend);
+    generator.setUseBeautification(m_request.useBeautification);
+    generator.setBeautificationScheme(m_request.beautificationScheme);
+    bool any = false;
+    for (const CompilerWindowBuildSpec &window : m_request.windowSpecs) {
+        any = generator.registerWindow(window.name, window.filePath, window.components,
+                                       window.isMain, window.isStartup) ||
+              any;
+    }
+    if (any)
+        return;
+    if (m_request.hasProject || m_request.components.isEmpty())
+        generator.registerImplicitWindow();
+    else
+        generator.setComponents(m_request.components);
+}
+
+bool BuildPipeline::Run::generate()
+{
+    if (!begin(50, BuildMessage::generating))
+        return false;
+    if (!isNativeBackend(m_request.uiBackend)) {
+        report({Severity::Error, QString(), 0,
+                text(BuildMessage::unknownBackend).arg(m_request.uiBackend)});
+        return endIfErrors();
+    }
+    registerWindows();
+    CodeGenerator &generator = m_pipeline.m_generator;
+    generator.setClassRegistry(m_parser.classRegistry());
+    generator.setVarTypes(m_parser.varTypes());
+    m_outcome.program = generator.generate(m_tree.get());
+    // Asked for now: the next generation starts its own list.
+    const QStringList errors = generator.errors();
+    const QStringList warnings = generator.warnings();
+    const bool declaresClasses =
+        m_outcome.program.programContains(QStringLiteral("struct VL_User_"));
+    insertUserClasses(m_outcome.program,
+                      declaresClasses ? QString() : generator.generateUserClasses(m_tree.get()));
+    reportMessages(warnings, Severity::Warning);
+    reportMessages(errors, Severity::Error);
+    return endIfErrors();
+}

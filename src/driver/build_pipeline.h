@@ -1,0 +1,56 @@
+// BuildPipeline: all stages of a build, from the request to the executable.
+#pragma once
+
+#include "codegen/code_generator.h"
+#include "driver/build_listener.h"
+#include "driver/build_request.h"
+#include "driver/program_finish.h"
+#include "driver/toolchain.h"
+#include "frontend/parser.h"
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+// How a build ended.
+struct BuildOutcome
+{
+    bool success = false;
+    bool cancelled = false;
+    QString output;            // what there is to say: "成功: ..." or the errors, one a line
+    bool isCppFailure = false; // the toolchain refused the program
+    QString executable;
+    ProgramText program; // the finished text, as far as the build came
+};
+
+using ToolchainProvider = std::function<std::unique_ptr<Toolchain>(const CompilerBuildRequest &)>;
+
+// Values in, values out; problems go to the listener as they are found. One object serves build
+// after build and keeps the tokens of the last text. Needs a stack of at least 32 MB, since sources
+// nest.
+class BuildPipeline
+{
+public:
+    BuildPipeline();
+
+    // Other toolchains than those of the host, and a source of support libraries.
+    void setToolchainProvider(ToolchainProvider provider) { m_toolchains = std::move(provider); }
+    void setLibraryProvider(LibraryProvider provider) { m_libraries = std::move(provider); }
+
+    // Never throws but for want of memory.
+    BuildOutcome run(const CompilerBuildRequest &request, BuildListener &listener);
+    // Drops what is kept between builds.
+    void forget();
+
+private:
+    class Run;
+
+    ToolchainProvider m_toolchains;
+    LibraryProvider m_libraries;
+    CodeGenerator m_generator;
+    QString m_lexedText;
+    QList<Lexer::Token> m_tokens;
+};

@@ -1,0 +1,99 @@
+#include "driver/build_run.h"
+
+#include "driver/build_messages.h"
+#include "driver/message_location.h"
+
+using BuildMessage::text;
+
+BuildPipeline::BuildPipeline()
+{
+    m_toolchains = [](const CompilerBuildRequest &request) {
+        return Toolchain::forHost(request.wantsMinGW());
+    };
+}
+
+BuildOutcome BuildPipeline::run(const CompilerBuildRequest &request, BuildListener &listener)
+{
+    return Run(*this, request.normalized(), listener).execute();
+}
+
+void BuildPipeline::forget()
+{
+    m_lexedText.clear();
+    m_tokens.clear();
+}
+
+BuildPipeline::Run::Run(BuildPipeline &pipeline, const CompilerBuildRequest &request,
+                        BuildListener &listener)
+    : m_pipeline(pipeline), m_request(request), m_listener(listener)
+{}
+
+BuildOutcome BuildPipeline::Run::execute()
+{
+    using Stage = bool (Run::*)();
+    static const Stage front[] = {&Run::gather,    &Run::checkText, &Run::lex,          &Run::parse,
+                                  &Run::checkTree, &Run::generate,  &Run::finishProgram};
+    static const Stage back[] = {&Run::prepareFolder, &Run::compile};
+
+    for (const Stage stage : front) {
+        if (!(this->*stage)())
+            return m_outcome;
+    }
+    if (m_request.goal == BuildGoal::Executable) {
+        for (const Stage stage : back) {
+            if (!(this->*stage)())
+                return m_outcome;
+        }
+        m_outcome.output = text(BuildMessage::succeeded).arg(m_outcome.executable);
+        m_listener.progress(100, text(BuildMessage::compiled));
+    }
+    m_outcome.success = true;
+    return m_outcome;
+}
+
+// Announces a stage; false when the build is no longer wanted.
+bool BuildPipeline::Run::begin(int percent, const char *message)
+{
+    if (m_listener.isCancelled()) {
+        m_outcome.cancelled = true;
+        return fail({text(BuildMessage::cancelled)});
+    }
+    m_percent = percent;
+    m_listener.progress(percent, text(message));
+    return true;
+}
+
+bool BuildPipeline::Run::fail(const QStringList &errors)
+{
+    m_outcome.output = errors.join(QLatin1Char('\n'));
+    return false;
+}
+
+bool BuildPipeline::Run::endIfErrors()
+{
+    return m_errors.isEmpty() || fail(m_errors);
+}
+
+void BuildPipeline::Run::report(const BuildDiagnostic &diagnostic)
+{
+    if (diagnostic.severity == BuildDiagnostic::Severity::Error)
+        m_errors << diagnostic.text;
+    m_listener.diagnostic(diagnostic);
+}
+
+// Messages name merged lines; the user is told lines of files.
+void BuildPipeline::Run::reportMessages(const QStringList &messages,
+                                        BuildDiagnostic::Severity severity)
+{
+    for (const QString &message : messages) {
+        const int mergedLine = lineOfMessage(message);
+        const SourceLocation place = locate(m_lineMap, mergedLine);
+        if (!place.file.isEmpty())
+            report(
+                {severity, place.file, place.line, withFileLines(message, place.file, m_lineMap)});
+        else if (severity == BuildDiagnostic::Severity::Warning)
+            report({severity, m_request.activeFileName, mergedLine, message});
+        else
+            report({severity, QString(), mergedLine, message});
+    }
+}

@@ -1,0 +1,52 @@
+// One build at work: the stages of BuildPipeline, in their order.
+#pragma once
+
+#include "driver/build_pipeline.h"
+#include "driver/source_merger.h"
+
+// A stage returns false when the build is over; the outcome then says how.
+class BuildPipeline::Run
+{
+public:
+    Run(BuildPipeline &pipeline, const CompilerBuildRequest &request, BuildListener &listener);
+
+    BuildOutcome execute();
+
+private:
+    // build_run.cpp
+    bool begin(int percent, const char *message);
+    bool fail(const QStringList &errors);
+    bool endIfErrors();
+    void report(const BuildDiagnostic &diagnostic);
+    void reportMessages(const QStringList &messages, BuildDiagnostic::Severity severity);
+
+    // build_front.cpp
+    bool gather();
+    bool checkText();
+    bool lex();
+    bool parse();
+    bool checkTree();
+    bool generate();
+    void registerWindows();
+    void prescanClasses(Parser &parser) const;
+    QStringList windowNames() const;
+
+    // build_back.cpp
+    bool finishProgram();
+    bool prepareFolder();
+    bool compile();
+    ToolchainJob toolchainJob() const;
+    bool reportToolchainFailure(const ToolchainResult &result);
+
+    BuildPipeline &m_pipeline;
+    CompilerBuildRequest m_request;
+    BuildListener &m_listener;
+    QString m_text;
+    SourceLineMap m_lineMap;
+    Parser m_parser;
+    std::unique_ptr<Parser::ASTNode> m_tree;
+    LibraryContribution m_libraryText;
+    QStringList m_errors;
+    int m_percent = 0;
+    BuildOutcome m_outcome;
+};

@@ -1,0 +1,10 @@
+// Checks on the syntax tree that need no types: what can never become a program.
+#pragma once
+
+#include "frontend/parser.h"
+
+#include <QStringList>
+
+// Functions inside functions, and event functions of windows that the program does not have. Each
+// message begins "第 n 行：".
+QStringList checkStructure(const Parser::ASTNode *root, const QStringList &windowNames);

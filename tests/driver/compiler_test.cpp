@@ -1,0 +1,260 @@
+// Compiler as a shell sees it: signals in order, one end for every build, cancelling.
+#include "driver/compiler_thread.h"
+#include "driver/cross_toolchain.h"
+#include "driver/driver_test.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+
+#include <new>
+
+using DriverTest::writeFile;
+
+namespace {
+
+const char program[] = "函数 主函数() {\n    输出(\"你好\")\n}\n";
+
+} // namespace
+
+class CompilerTest : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void init();
+    void tellsStagesInOrder();
+    void reusesTokens();
+    void endsOnce_data();
+    void endsOnce();
+    void placesErrorsInFiles();
+    void refusesASecondBuild();
+    void cancelsAtTheToolchain();
+    void survivesShutdownDuringABuild();
+    void catchesExceptions();
+    void stopsAtTheGoal();
+    void reportsAMissingProgram();
+
+private:
+    // Every tool is the fake one, which does what `mode` says.
+    static void useFakeTools(Compiler &compiler, const QByteArray &mode);
+    CompilerBuildRequest projectRequest(const QByteArray &source);
+
+    std::unique_ptr<QTemporaryDir> m_dir;
+};
+
+void CompilerTest::init()
+{
+    m_dir = std::make_unique<QTemporaryDir>();
+    qunsetenv("VOREL_FAKE");
+}
+
+void CompilerTest::useFakeTools(Compiler &compiler, const QByteArray &mode)
+{
+    qputenv("VOREL_FAKE", mode);
+    compiler.pipeline().setToolchainProvider([](const CompilerBuildRequest &) {
+        auto toolchain = std::make_unique<CrossToolchain>(false);
+        const QString tool = QStringLiteral(VOREL_FAKE_TOOL);
+        toolchain->setTools({tool, tool, tool, QStringLiteral("fake")});
+        return toolchain;
+    });
+}
+
+CompilerBuildRequest CompilerTest::projectRequest(const QByteArray &source)
+{
+    const QString folder = m_dir->filePath(QStringLiteral("工程"));
+    writeFile(folder + QStringLiteral("/source/main.vc"), source);
+    CompilerBuildRequest request;
+    request.hasProject = true;
+    request.projectPath = folder;
+    request.compilerType = QStringLiteral("MinGW");
+    request.splitRuntime = false;
+    return request;
+}
+
+void CompilerTest::tellsStagesInOrder()
+{
+    Compiler compiler;
+    useFakeTools(compiler, "make");
+    QSignalSpy started(&compiler, &Compiler::compileStarted);
+    QSignalSpy progress(&compiler, &Compiler::compileProgress);
+    QSignalSpy finished(&compiler, &Compiler::compileFinished);
+    compiler.applyBuildAndCompile(projectRequest(program));
+    QCOMPARE(started.size(), 1);
+    QStringList steps;
+    for (const QList<QVariant> &step : progress)
+        steps << step.at(0).toString() + QLatin1Char(' ') + step.at(1).toString();
+    QCOMPARE(
+        steps,
+        (QStringList{
+            QStringLiteral("10 解析源代码..."), QStringLiteral("14 准备源码与工程输入..."),
+            QStringLiteral("20 词法分析..."), QStringLiteral("30 语法分析..."),
+            QStringLiteral("45 语法检查..."), QStringLiteral("50 正在生成可执行程序的中间代码..."),
+            QStringLiteral("60 编译中..."), QStringLiteral("80 正在使用所选工具链编译..."),
+            QStringLiteral("80 正在调用本机构建工具..."), QStringLiteral("100 编译成功")}));
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().at(0).toBool(), true);
+    const QString executable = m_dir->filePath(QStringLiteral("工程/build/x64/release/工程.exe"));
+    QCOMPARE(finished.first().at(1).toString(), QStringLiteral("成功: ") + executable);
+    QCOMPARE(DriverTest::readFile(executable), QByteArray("made"));
+}
+
+void CompilerTest::reusesTokens()
+{
+    Compiler compiler;
+    useFakeTools(compiler, "make");
+    const CompilerBuildRequest request = projectRequest(program);
+    compiler.applyBuildAndCompile(request);
+    QSignalSpy progress(&compiler, &Compiler::compileProgress);
+    compiler.applyBuildAndCompile(request);
+    QCOMPARE(progress.at(3).at(0).toInt(), 25);
+    QCOMPARE(progress.at(3).at(1).toString(), QStringLiteral("使用缓存的词法分析结果..."));
+}
+
+void CompilerTest::endsOnce_data()
+{
+    QTest::addColumn<QByteArray>("source");
+    QTest::addColumn<QByteArray>("tool");
+    QTest::addColumn<bool>("isCpp");
+    QTest::addColumn<QString>("part");
+    const QByteArray good(program);
+    QTest::addRow("quote") << QByteArray("函数 主函数() {\n输出(\"甲)\n}") << QByteArray("make")
+                           << false << "第2行：缺少右双引号";
+    QTest::addRow("parser") << QByteArray("输出(1)") << QByteArray("make") << false << "文件作用域";
+    QTest::addRow("duplicate") << QByteArray("函数 主窗口.单击() {\n}\n函数 主窗口.单击() {\n}\n")
+                               << QByteArray("make") << false << "事件处理函数重复：主窗口.单击";
+    QTest::addRow("window") << QByteArray("函数 无窗口.单击() {\n}\n") << QByteArray("make")
+                            << false << "引用的窗口“无窗口”";
+    QTest::addRow("generator") << QByteArray("函数 主函数() {\n    跳出\n}\n") << QByteArray("make")
+                               << false << "跳出";
+    QTest::addRow("utf-8") << QByteArray("a\n\xFF") << QByteArray("make") << false << "UTF-8";
+    QTest::addRow("compiler error") << good << QByteArray("error") << true << "编译报错";
+    QTest::addRow("compiler crash") << good << QByteArray("crash") << true << "工具链进程异常结束";
+    QTest::addRow("wrong bytes") << good << QByteArray("invalid") << true << "编译报错";
+    QTest::addRow("no output") << good << QByteArray("exit0") << true << "输出文件未生成";
+}
+
+void CompilerTest::endsOnce()
+{
+    QFETCH(QByteArray, source);
+    QFETCH(QByteArray, tool);
+    QFETCH(QString, part);
+    Compiler compiler;
+    useFakeTools(compiler, tool);
+    QSignalSpy finished(&compiler, &Compiler::compileFinished);
+    QSignalSpy placed(&compiler, &Compiler::compileErrorWithFile);
+    QSignalSpy unplaced(&compiler, &Compiler::compileError);
+    compiler.applyBuildAndCompile(projectRequest(source));
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().at(0).toBool(), false);
+    const QString output = finished.first().at(1).toString();
+    QVERIFY2(output.contains(part), qPrintable(output));
+    QTEST(finished.first().at(2).toBool(), "isCpp");
+    QVERIFY(placed.size() + unplaced.size() > 0);
+    QVERIFY(!compiler.isCompiling());
+}
+
+void CompilerTest::placesErrorsInFiles()
+{
+    CompilerBuildRequest request = projectRequest(program);
+    writeFile(request.projectPath + QStringLiteral("/source/乙.vc"),
+              "函数 计算() {\n    整数 甲 = 1\n    甲\n}\n");
+    Compiler compiler;
+    QSignalSpy errors(&compiler, &Compiler::compileErrorWithFile);
+    compiler.applyBuildAndCompile(request);
+    QVERIFY(!errors.isEmpty());
+    QCOMPARE(errors.first().at(0).toString(), QStringLiteral("source/乙.vc"));
+    QCOMPARE(errors.first().at(1).toInt(), 3);
+    QVERIFY(errors.first().at(2).toString().startsWith(QStringLiteral("第3行：")));
+}
+
+void CompilerTest::refusesASecondBuild()
+{
+    Compiler compiler;
+    useFakeTools(compiler, "make");
+    bool second = true;
+    int inside = -1;
+    QSignalSpy started(&compiler, &Compiler::compileStarted);
+    connect(&compiler, &Compiler::compileProgress, this, [&] {
+        if (inside >= 0)
+            return;
+        inside = started.size();
+        second = compiler.compile(QStringLiteral("x.vc"));
+    });
+    QSignalSpy finished(&compiler, &Compiler::compileFinished);
+    compiler.applyBuildAndCompile(projectRequest(program));
+    QVERIFY(!second);
+    QCOMPARE(started.size(), 1);
+    QCOMPARE(finished.size(), 1);
+    QVERIFY(finished.first().at(0).toBool());
+}
+
+void CompilerTest::cancelsAtTheToolchain()
+{
+    CompilerThread thread;
+    Compiler *compiler = thread.compiler();
+    useFakeTools(*compiler, "sleep");
+    QSignalSpy finished(compiler, &Compiler::compileFinished);
+    QSignalSpy progress(compiler, &Compiler::compileProgress);
+    QMetaObject::invokeMethod(compiler, "applyBuildAndCompile", Qt::QueuedConnection,
+                              Q_ARG(CompilerBuildRequest, projectRequest(program)));
+    QTRY_VERIFY(progress.size() >= 9);
+    QElapsedTimer timer;
+    timer.start();
+    QMetaObject::invokeMethod(compiler, "stop", Qt::QueuedConnection);
+    QTRY_COMPARE(finished.size(), 1);
+    QVERIFY(timer.elapsed() < 1500);
+    QCOMPARE(finished.first().at(1).toString(), QStringLiteral("编译已取消"));
+    const QDir folder(m_dir->filePath(QStringLiteral("工程/build/x64/release")));
+    QCOMPARE(folder.entryList(QDir::Files), QStringList{QStringLiteral("main.cpp")});
+}
+
+void CompilerTest::survivesShutdownDuringABuild()
+{
+    auto thread = std::make_unique<CompilerThread>();
+    useFakeTools(*thread->compiler(), "sleep");
+    QSignalSpy progress(thread->compiler(), &Compiler::compileProgress);
+    QSignalSpy finished(thread->compiler(), &Compiler::compileFinished);
+    QMetaObject::invokeMethod(thread->compiler(), "applyBuildAndCompile", Qt::QueuedConnection,
+                              Q_ARG(CompilerBuildRequest, projectRequest(program)));
+    QTRY_VERIFY(progress.size() >= 9);
+    thread.reset();
+    QTRY_COMPARE(finished.size(), 1);
+}
+
+void CompilerTest::catchesExceptions()
+{
+    Compiler compiler;
+    compiler.pipeline().setToolchainProvider(
+        [](const CompilerBuildRequest &) -> std::unique_ptr<Toolchain> { throw std::bad_alloc(); });
+    QSignalSpy finished(&compiler, &Compiler::compileFinished);
+    compiler.applyBuildAndCompile(projectRequest(program));
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().at(1).toString(), QString::fromLatin1(std::bad_alloc().what()));
+    QVERIFY(!compiler.isCompiling());
+}
+
+void CompilerTest::stopsAtTheGoal()
+{
+    CompilerBuildRequest request = projectRequest(program);
+    request.goal = BuildGoal::ProgramText;
+    DriverTest::RecordingListener listener;
+    const BuildOutcome outcome = BuildPipeline().run(request, listener);
+    QVERIFY(outcome.success);
+    QVERIFY(outcome.program.oneFile().contains(QStringLiteral("// VL_LINE:")));
+    QVERIFY(!QFileInfo::exists(request.projectPath + QStringLiteral("/build")));
+    QCOMPARE(listener.steps.last().first, 50);
+}
+
+void CompilerTest::reportsAMissingProgram()
+{
+    Compiler compiler;
+    QSignalSpy finished(&compiler, &Compiler::runFinished);
+    compiler.run();
+    QCOMPARE(finished.size(), 1);
+    QCOMPARE(finished.first().at(0).toInt(), -1);
+    QCOMPARE(finished.first().at(1).toString(), QString());
+}
+
+QTEST_GUILESS_MAIN(CompilerTest)
+#include "compiler_test.moc"
