@@ -238,9 +238,21 @@ QString Generation::ternary(const Node *node)
     if (node->children.size() < 3)
         return QString();
     const QString test = condition(node->children.at(0));
-    const QString first = expression(node->children.at(1));
-    return QLatin1Char('(') + test + QLatin1String(" ? ") + first + QLatin1String(" : ") +
-           expression(node->children.at(2)) + QLatin1Char(')');
+    QString first = expression(node->children.at(1));
+    QString second = expression(node->children.at(2));
+    // C++ wants one type on both sides; numbers meet by themselves.
+    const ValueType firstType = inferType(node->children.at(1));
+    const ValueType secondType = inferType(node->children.at(2));
+    const auto isNumber = [](ValueType type) {
+        return type == ValueType::Int || type == ValueType::Double || type == ValueType::Bool;
+    };
+    if (firstType != secondType && !(isNumber(firstType) && isNumber(secondType)) &&
+        firstType != ValueType::Object && secondType != ValueType::Object) {
+        first = QLatin1String("VL_Any(") + first + QLatin1Char(')');
+        second = QLatin1String("VL_Any(") + second + QLatin1Char(')');
+    }
+    return QLatin1Char('(') + test + QLatin1String(" ? ") + first + QLatin1String(" : ") + second +
+           QLatin1Char(')');
 }
 
 bool Generation::isDictionary(const Node *node) const

@@ -47,7 +47,15 @@ ValueType Generation::inferType(const Node *node)
         return inferType(node->children.value(0));
     case Parser::Ternary: {
         const ValueType first = inferType(node->children.value(1));
-        return first == inferType(node->children.value(2)) ? first : kUnknown;
+        const ValueType second = inferType(node->children.value(2));
+        if (first == second)
+            return first;
+        if (first == ValueType::Object || second == ValueType::Object)
+            return kUnknown;
+        const bool decimal = first == ValueType::Double || second == ValueType::Double;
+        const bool numbers = (first == ValueType::Int || first == ValueType::Double) &&
+                             (second == ValueType::Int || second == ValueType::Double);
+        return numbers && decimal ? ValueType::Double : ValueType::Any;
     }
     case Parser::Assign:
         return inferType(node->children.value(0));

@@ -56,6 +56,7 @@ QString Generation::entryPoint() const
     writer.open(QStringLiteral(
         "int WINAPI wWinMain(HINSTANCE hInstance, HINSTANCE, LPWSTR, int nCmdShow) {"));
     writer.line(QStringLiteral("__VL_InitGlobalVariables();"));
+    writer.line(QStringLiteral("VL_InitOutput();"));
     writer.line(QStringLiteral("(void)nCmdShow;"));
     writer.line(QStringLiteral("g_hInstance = hInstance;"));
     writer.line(QStringLiteral("g_mainThreadId = GetCurrentThreadId();"));

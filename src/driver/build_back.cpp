@@ -50,11 +50,13 @@ bool BuildPipeline::Run::finishProgram()
     const QStringList notes = removedFeatureWarnings(program);
     for (const QString &note : notes)
         report({Severity::Warning, m_request.activeFileName, 0, note});
-    QStringList libraries;
-    if (usesScriptEngine(program))
-        libraries << QStringLiteral("javascript");
-    if (m_pipeline.m_libraries)
-        m_libraryText = m_pipeline.m_libraries(program, libraries);
+    if (m_pipeline.m_libraries) {
+        LibraryNeeds needs;
+        if (usesScriptEngine(program))
+            needs.named << QStringLiteral("javascript");
+        needs.network = usesNetworkClasses(program);
+        m_libraryText = m_pipeline.m_libraries(program, needs);
+    }
     if (!m_libraryText.problems.isEmpty()) {
         reportMessages(m_libraryText.problems, Severity::Error);
         m_errors = QStringList{text(BuildMessage::librariesUnavailable) +

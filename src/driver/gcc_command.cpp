@@ -36,9 +36,10 @@ QStringList runtimeFlags()
 
 QStringList linkFlags(bool isDebug)
 {
-    QStringList flags{QStringLiteral("-municode"), QStringLiteral("-mwindows"),
-                      QStringLiteral("-static"), QStringLiteral("-static-libgcc"),
-                      QStringLiteral("-static-libstdc++")};
+    // Functions that call themselves are a beginner's first loops: a deep stack lets them.
+    QStringList flags{QStringLiteral("-municode"),         QStringLiteral("-mwindows"),
+                      QStringLiteral("-static"),           QStringLiteral("-static-libgcc"),
+                      QStringLiteral("-static-libstdc++"), QStringLiteral("-Wl,--stack,16777216")};
     if (!isDebug)
         flags << QStringLiteral("-s");
     return flags;

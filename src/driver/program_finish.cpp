@@ -5,6 +5,9 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
+#include <QSet>
+
+#include <algorithm>
 
 namespace {
 
@@ -77,25 +80,40 @@ bool isNameCharacter(QChar character)
     return character.isLetterOrNumber() || character == QLatin1Char('_');
 }
 
-// Whether `text` holds `name` as a whole name.
-bool holdsName(const QString &text, const QString &name)
+// Every name that begins with "VL_", as often as it may stand in the text, once: the text is long
+// and the questions about it are many.
+QSet<QString> runtimeNames(const QString &text)
 {
-    for (int at = text.indexOf(name); at >= 0; at = text.indexOf(name, at + 1)) {
-        const int end = at + name.size();
-        if ((at == 0 || !isNameCharacter(text.at(at - 1))) &&
-            (end >= text.size() || !isNameCharacter(text.at(end))))
-            return true;
+    static const QString prefix = QStringLiteral("VL_");
+    QSet<QString> names;
+    QSet<QStringRef> known;
+    for (int at = text.indexOf(prefix); at >= 0;) {
+        int end = at + prefix.size();
+        while (end < text.size() && isNameCharacter(text.at(end)))
+            ++end;
+        known.insert(text.midRef(at, end - at));
+        at = text.indexOf(prefix, end);
     }
-    return false;
+    for (const QStringRef &name : qAsConst(known))
+        names.insert(name.toString());
+    return names;
 }
 
-bool programHoldsName(const ProgramText &program, const QString &name)
+QSet<QString> programNames(const ProgramText &program)
 {
+    QSet<QString> names;
     for (const ProgramText::Part &part : program.parts()) {
-        if (part.kind == ProgramText::PartKind::Program && holdsName(part.text, name))
-            return true;
+        if (part.kind == ProgramText::PartKind::Program)
+            names.unite(runtimeNames(part.text));
     }
-    return false;
+    return names;
+}
+
+// Whether a name, or the beginning of a longer one, is among `names`.
+bool holdsBeginning(const QSet<QString> &names, const QString &beginning)
+{
+    return std::any_of(names.begin(), names.end(),
+                       [&beginning](const QString &name) { return name.startsWith(beginning); });
 }
 
 QString programParts(const ProgramText &program)
@@ -111,9 +129,10 @@ QString programParts(const ProgramText &program)
 QString missingStubs(const ProgramText &program, const QString &libraryText)
 {
     QString text;
+    const QSet<QString> names = programNames(program).unite(runtimeNames(libraryText));
     for (const FrameworkStub &stub : frameworkStubs()) {
-        const bool used = programHoldsName(program, stub.name) || holdsName(libraryText, stub.name);
-        if (used && !libraryText.contains(stub.key) && !program.contains(stub.key))
+        if (names.contains(stub.name) && !libraryText.contains(stub.key) &&
+            !program.contains(stub.key))
             text += stub.text;
     }
     return text;
@@ -124,9 +143,10 @@ QString missingStubs(const ProgramText &program, const QString &libraryText)
 QStringList removedFeatureWarnings(const ProgramText &program)
 {
     QStringList warnings;
+    const QSet<QString> used = programNames(program);
     for (const RemovedFeature &feature : removedFeatures()) {
         for (const QString &name : feature.names) {
-            if (!program.programContains(name))
+            if (!holdsBeginning(used, name))
                 continue;
             warnings << (feature.text.contains(QLatin1String("%1")) ? feature.text.arg(name)
                                                                     : feature.text);
@@ -151,11 +171,11 @@ bool usesScriptEngine(const ProgramText &program)
 
 bool usesNetworkClasses(const ProgramText &program)
 {
-    for (const char *name : {"VL_HttpClass", "VL_TCPClass", "VL_UDPClass", "VL_WebSocketClass"}) {
-        if (program.programContains(QLatin1String(name)))
-            return true;
-    }
-    return false;
+    const QSet<QString> names = programNames(program);
+    return holdsBeginning(names, QStringLiteral("VL_HttpClass")) ||
+           holdsBeginning(names, QStringLiteral("VL_TCPClass")) ||
+           holdsBeginning(names, QStringLiteral("VL_UDPClass")) ||
+           holdsBeginning(names, QStringLiteral("VL_WebSocketClass"));
 }
 
 void insertUserClasses(ProgramText &program, const QString &userClasses)

@@ -18,9 +18,16 @@ struct LibraryContribution
     QStringList libraryFolders;
 };
 
-// Finds the contribution for a program; `named` are libraries that the driver knows to be used.
+// What the driver knows of the libraries that a program needs.
+struct LibraryNeeds
+{
+    QStringList named;
+    bool network = false; // the network part of the runtime
+};
+
+// Finds the contribution for a program.
 using LibraryProvider =
-    std::function<LibraryContribution(const ProgramText &program, const QStringList &named)>;
+    std::function<LibraryContribution(const ProgramText &program, const LibraryNeeds &needs)>;
 
 // Notes on features that are gone, or that need something on the target system.
 QStringList removedFeatureWarnings(const ProgramText &program);

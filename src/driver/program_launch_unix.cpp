@@ -50,7 +50,7 @@ QString ProgramRunner::Launch::prepare(const QString &executable, const QStringL
             return text(RunMessage::noWine);
         if (WinePrefix::is32Bit(path) && !WinePrefix::runs32Bit())
             return text(RunMessage::noWine32);
-        QString error = prefix.ensureReady(progress);
+        QString error = prefix.ensureExists(progress);
         environment = prefix.environment();
         if (error.isEmpty() && qEnvironmentVariableIsEmpty("DISPLAY"))
             error = d->display.start();
@@ -58,6 +58,7 @@ QString ProgramRunner::Launch::prepare(const QString &executable, const QStringL
             return error;
         if (!d->display.name().isEmpty())
             environment.insert(QStringLiteral("DISPLAY"), d->display.name());
+        prefix.wakeServer(environment);
         program = prefix.loader();
         arguments.prepend(path);
     }

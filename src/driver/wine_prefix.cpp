@@ -7,7 +7,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
-#include <QProcess>
 #include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryFile>
@@ -58,6 +57,26 @@ QString fontReplacements()
     return registry;
 }
 
+// Empty when the program ended well, else what is known of the reason.
+QString runSilently(const QString &program, const QStringList &arguments,
+                    const QProcessEnvironment &environment, int timeoutMs)
+{
+    ProcessGroup process;
+    process.setProcessEnvironment(environment);
+    process.setStandardInputFile(QProcess::nullDevice());
+    process.setStandardOutputFile(QProcess::nullDevice());
+    process.setStandardErrorFile(QProcess::nullDevice());
+    process.start(program, arguments);
+    if (!process.waitForStarted(15000))
+        return process.errorString();
+    process.adopt();
+    const QString name = QFileInfo(program).fileName();
+    if (!process.waitForFinished(timeoutMs))
+        return name;
+    return process.exitCode() == 0 ? QString()
+                                   : QStringLiteral("%1: %2").arg(name).arg(process.exitCode());
+}
+
 } // namespace
 
 WinePrefix::WinePrefix()
@@ -90,21 +109,12 @@ QProcessEnvironment WinePrefix::environment() const
     return environment;
 }
 
-QString WinePrefix::runInPrefix(const QString &program, const QStringList &arguments,
-                                int timeoutMs) const
+QString WinePrefix::runWithoutDisplay(const QString &program, const QStringList &arguments,
+                                      int timeoutMs) const
 {
-    ProcessGroup process;
     QProcessEnvironment own = environment();
     own.remove(QStringLiteral("DISPLAY"));
-    process.setProcessEnvironment(own);
-    process.setStandardInputFile(QProcess::nullDevice());
-    process.setStandardOutputFile(QProcess::nullDevice());
-    process.setStandardErrorFile(QProcess::nullDevice());
-    process.start(program, arguments);
-    if (!process.waitForStarted(15000))
-        return process.errorString();
-    process.adopt();
-    return process.waitForFinished(timeoutMs) ? QString() : QFileInfo(program).fileName();
+    return runSilently(program, arguments, own, timeoutMs);
 }
 
 QString WinePrefix::setFonts() const
@@ -118,22 +128,22 @@ QString WinePrefix::setFonts() const
     file.write("\xFF\xFE");
     file.write(codec->fromUnicode(registry.constData(), registry.size(), &noMark));
     file.close();
-    return runInPrefix(m_loader,
-                       {QStringLiteral("regedit.exe"), QStringLiteral("/S"),
-                        QLatin1String("Z:") + file.fileName()},
-                       60000);
+    return runWithoutDisplay(m_loader,
+                             {QStringLiteral("regedit.exe"), QStringLiteral("/S"),
+                              QLatin1String("Z:") + file.fileName()},
+                             60000);
 }
 
 QString WinePrefix::create(const Progress &progress) const
 {
     if (progress)
         progress(text(RunMessage::preparingPrefix));
-    QString error =
-        runInPrefix(m_loader, {QStringLiteral("wineboot.exe"), QStringLiteral("--init")}, 180000);
+    QString error = runWithoutDisplay(
+        m_loader, {QStringLiteral("wineboot.exe"), QStringLiteral("--init")}, 180000);
     if (error.isEmpty())
         error = setFonts();
     if (error.isEmpty())
-        error = runInPrefix(m_server, {QStringLiteral("-w")}, 60000);
+        error = runWithoutDisplay(m_server, {QStringLiteral("-w")}, 60000);
     if (!error.isEmpty())
         return error;
     if (!QFileInfo(m_folder + QLatin1String("/system.reg")).isFile())
@@ -144,22 +154,17 @@ QString WinePrefix::create(const Progress &progress) const
     return written ? QString() : stamp.errorString();
 }
 
-// The server and wine's own services start here and not as children of the program, which would
-// then be waited for, or killed, with it.
-void WinePrefix::wakeServer() const
+// They start here and not as children of the program, which would then be waited for, or killed,
+// with it.
+void WinePrefix::wakeServer(const QProcessEnvironment &environment) const
 {
-    QProcess server;
-    server.setProcessEnvironment(environment());
-    server.setStandardInputFile(QProcess::nullDevice());
-    server.setStandardOutputFile(QProcess::nullDevice());
-    server.setStandardErrorFile(QProcess::nullDevice());
-    server.start(m_server, {kServerStay});
-    const bool isNew = server.waitForFinished(10000) && server.exitCode() == 0;
+    // The server ends with an error when one is there already.
+    const bool isNew = runSilently(m_server, {kServerStay}, environment, 10000).isEmpty();
     if (isNew)
-        runInPrefix(m_loader, {QStringLiteral("wineboot.exe")}, 60000);
+        runSilently(m_loader, {QStringLiteral("wineboot.exe")}, environment, 60000);
 }
 
-QString WinePrefix::ensureReady(const Progress &progress) const
+QString WinePrefix::ensureExists(const Progress &progress) const
 {
     const auto isStamped = [this] {
         QFile stamp(m_folder + kStamp);
@@ -177,7 +182,6 @@ QString WinePrefix::ensureReady(const Progress &progress) const
         if (!error.isEmpty())
             return text(RunMessage::prefixFailed).arg(m_folder, error);
     }
-    wakeServer();
     return QString();
 }
 

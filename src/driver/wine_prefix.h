@@ -20,9 +20,12 @@ public:
     // What every process in the prefix gets.
     QProcessEnvironment environment() const;
 
-    // Creates the prefix if it is not there yet, and wakes its server. Several processes may do so
-    // at once. Empty on success, else a Chinese sentence.
-    QString ensureReady(const Progress &progress) const;
+    // Creates the prefix if it is not there yet. Several processes may do so at once. Empty on
+    // success, else a Chinese sentence.
+    QString ensureExists(const Progress &progress) const;
+    // Starts the server and wine's own services, unless they run, on the display in `environment`:
+    // the desktop stays with the display that the first of them sees.
+    void wakeServer(const QProcessEnvironment &environment) const;
 
     // Whether 32-bit programs can run.
     static bool runs32Bit();
@@ -34,8 +37,8 @@ public:
 private:
     QString create(const Progress &progress) const;
     QString setFonts() const;
-    QString runInPrefix(const QString &program, const QStringList &arguments, int timeoutMs) const;
-    void wakeServer() const;
+    QString runWithoutDisplay(const QString &program, const QStringList &arguments,
+                              int timeoutMs) const;
 
     QString m_folder;
     QString m_loader;

@@ -33,6 +33,7 @@ private slots:
     void survivesShutdownDuringABuild();
     void catchesExceptions();
     void stopsAtTheGoal();
+    void asksForLibraries();
     void reportsAMissingProgram();
 
 private:
@@ -244,6 +245,27 @@ void CompilerTest::stopsAtTheGoal()
     QVERIFY(outcome.program.oneFile().contains(QStringLiteral("// VL_LINE:")));
     QVERIFY(!QFileInfo::exists(request.projectPath + QStringLiteral("/build")));
     QCOMPARE(listener.steps.last().first, 50);
+}
+
+void CompilerTest::asksForLibraries()
+{
+    CompilerBuildRequest request = projectRequest(program);
+    request.goal = BuildGoal::ProgramText;
+    DriverTest::RecordingListener listener;
+    BuildPipeline pipeline;
+    LibraryContribution contribution;
+    contribution.runtimeText = QStringLiteral("int ofTheLibrary;\n");
+    pipeline.setLibraryProvider(
+        [&contribution](const ProgramText &, const LibraryNeeds &) { return contribution; });
+    QVERIFY(pipeline.run(request, listener)
+                .program.oneFile()
+                .contains(QStringLiteral("Runtime Code ==========\nint ofTheLibrary;\n")));
+    contribution.problems = QStringList{QStringLiteral("第 3 行：命令不可用")};
+    const BuildOutcome outcome = pipeline.run(request, listener);
+    QVERIFY(!outcome.success);
+    QCOMPARE(outcome.output, QStringLiteral("支持库命令不可用：\n第 3 行：命令不可用"));
+    QCOMPARE(listener.diagnostics.last().file, QStringLiteral("source/main.vc"));
+    QCOMPARE(listener.diagnostics.last().line, 2);
 }
 
 void CompilerTest::reportsAMissingProgram()

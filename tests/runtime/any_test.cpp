@@ -133,6 +133,9 @@ void arithmeticTest()
     CHECK_EQ(std::wstring(L"\u6A21\u5757.dll") + (long long)(16),
              std::wstring(L"\u6A21\u5757.dll+0x10"));
     CHECK_EQ(std::wstring(L"game.EXE") + 256 + 255, std::wstring(L"game.EXE+0x100+0xFF"));
+    std::wstring address = L"a.dll";
+    address += 16;
+    CHECK_EQ(address, std::wstring(L"a.dll+0x10"));
     CHECK_EQ(1 + std::wstring(L"a"), std::wstring(L"1a"));
     CHECK_EQ((std::wstring(L"v") + VL_Array{1, L"x"}), std::wstring(L"v[1, \"x\"]"));
     CHECK_EQ(std::wstring(L"v") + 0.1f, std::wstring(L"v0.1"));

@@ -27,10 +27,13 @@
 #define _GLIBCXX_ASSERTIONS 1
 #endif
 
-// winsock2.h guards itself with the macro that keeps windows.h from including its elder.
+// winsock2.h guards itself with the macro that keeps windows.h from including its elder, and comes
+// ahead of it; everything else builds on windows.h.
 #undef _WINSOCKAPI_
 #include <winsock2.h>
+
 #include <windows.h>
+
 #include <commctrl.h>
 #include <shellapi.h>
 
@@ -67,7 +70,9 @@
 #pragma comment(lib, "rpcrt4.lib")
 #pragma comment(lib, "msimg32.lib")
 #pragma comment(lib, "gdiplus.lib")
+// clang-format off
 #pragma comment(linker, "\"/manifestdependency:type='win32' name='Microsoft.Windows.Common-Controls' version='6.0.0.0' processorArchitecture='*' publicKeyToken='6595b64144ccf1df' language='*'\"")
+// clang-format on
 #endif
 
 // Constants that older system headers lack.

@@ -1,12 +1,16 @@
 // GDI+ start-up and loading pictures into bitmaps.
 #include "01_images.h"
 
+// gdiplus.h needs the COM types, and min and max in its own namespace.
 #include <objidl.h>
+
 #include <algorithm>
+
 namespace Gdiplus {
 using std::max;
 using std::min;
 } // namespace Gdiplus
+
 #include <gdiplus.h>
 
 namespace vl_images {
@@ -58,7 +62,8 @@ HBITMAP VL_LoadImageToBitmapScaled(const std::wstring &path, int width, int heig
 
     const int roomX = width - 4 > 0 ? width - 4 : width;
     const int roomY = height - 4 > 0 ? height - 4 : height;
-    const double scale = std::min((double)roomX / image.GetWidth(), (double)roomY / image.GetHeight());
+    const double scale =
+        std::min((double)roomX / image.GetWidth(), (double)roomY / image.GetHeight());
     const int drawnX = std::max(1, (int)(image.GetWidth() * scale));
     const int drawnY = std::max(1, (int)(image.GetHeight() * scale));
 

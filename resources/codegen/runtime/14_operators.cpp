@@ -4,6 +4,8 @@
 namespace vl_operators {
 namespace {
 
+const size_t kLongestAddress = 1024;
+
 VL_Any ofNumbers(const VL_Any &a, const VL_Any &b, char operation)
 {
     if (a.type == VL_Any::TypeDouble || b.type == VL_Any::TypeDouble) {
@@ -47,6 +49,15 @@ bool endsWith(const std::wstring &text, const wchar_t *lowerEnd, size_t length)
             return false;
     }
     return true;
+}
+
+std::wstring joinedInteger(bool isOffset, long long v)
+{
+    if (!isOffset)
+        return VL_FormatInteger(v);
+    wchar_t offset[32];
+    swprintf(offset, 32, L"+0x%llX", (unsigned long long)(uintptr_t)(intptr_t)v);
+    return offset;
 }
 
 } // namespace
@@ -210,11 +221,13 @@ bool VL_IsQmbExprChainLhs(const std::wstring &lhs)
 
 std::wstring operator+(const std::wstring &a, long long b)
 {
-    if (!VL_IsQmbExprChainLhs(a))
-        return a + VL_FormatInteger(b);
-    wchar_t offset[32];
-    swprintf(offset, 32, L"+0x%llX", (unsigned long long)(uintptr_t)(intptr_t)b);
-    return a + offset;
+    return a + vl_operators::joinedInteger(VL_IsQmbExprChainLhs(a), b);
+}
+
+std::wstring &VL_AppendInteger(std::wstring &text, long long v)
+{
+    const bool isShort = text.size() <= vl_operators::kLongestAddress;
+    return text.append(vl_operators::joinedInteger(isShort && VL_IsQmbExprChainLhs(text), v));
 }
 
 std::wstring operator+(long long a, const std::wstring &b)

@@ -193,10 +193,22 @@ inline std::wstring operator+(T a, const std::wstring &b)
 {
     return static_cast<long long>(a) + b;
 }
-// Without these a number would be appended as the character with that code.
-template <typename T, std::enable_if_t<VL_IsNumber<T>, int> = 0>
+// Appends what "+" joins, in time that does not grow with the text: an offset only to a text as
+// short as addresses are. Without these a number would be appended as the character with that code.
+std::wstring &VL_AppendInteger(std::wstring &text, long long v);
+template <typename T, VL_IfInteger<T> = 0>
 inline std::wstring &operator+=(std::wstring &a, T b)
 {
-    return a = a + b;
+    return VL_AppendInteger(a, static_cast<long long>(b));
+}
+template <typename T, VL_IfFloating<T> = 0>
+inline std::wstring &operator+=(std::wstring &a, T b)
+{
+    return a.append(std::wstring() + b);
+}
+template <typename T, VL_IfBool<T> = 0>
+inline std::wstring &operator+=(std::wstring &a, T b)
+{
+    return a.append(VL_Str(b));
 }
 std::wstring &operator+=(std::wstring &a, const VL_Any &b);

@@ -1,7 +1,6 @@
 // Printing: the console or the pipe that the program was started with.
 #include "30_output.h"
 
-
 namespace vl_output {
 namespace {
 
