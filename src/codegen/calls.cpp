@@ -248,7 +248,7 @@ QString Generation::commandCall(const Node *node, const QString &name, const QSt
     checkArguments(node, name, cppFunction, info);
     if (m_tables.arrayCommands.contains(cppFunction))
         checkChangedArray(node, name);
-    const QString special = specialCall(node, cppFunction);
+    QString special = specialCall(node, cppFunction);
     if (!special.isEmpty())
         return special;
     QStringList arguments = commandArguments(node, cppFunction, info);
@@ -299,7 +299,7 @@ QString Generation::commandArgument(const Node *node, const QString &cppFunction
 {
     if (isEmptyArgument(node))
         return QString();
-    const QString text = expression(node);
+    QString text = expression(node);
     const ValueType type = inferType(node);
     if (type == ValueType::Handle && m_tables.controlTextFunctions.contains(cppFunction))
         return QLatin1String("VL_GetText(") + text + QLatin1Char(')');

@@ -104,7 +104,7 @@ ProgramText CodeGenerator::generate(const Parser::ASTNode *root)
 QString CodeGenerator::generateUserCode(const Parser::ASTNode *root)
 {
     Generation generation(d->input);
-    const QString text = root ? generation.wholeUserCode(root) : QString();
+    QString text = root ? generation.wholeUserCode(root) : QString();
     d->keep(generation);
     return text;
 }
@@ -112,7 +112,7 @@ QString CodeGenerator::generateUserCode(const Parser::ASTNode *root)
 QString CodeGenerator::generateUserClasses(const Parser::ASTNode *root)
 {
     Generation generation(d->input);
-    const QString text = root ? generation.userClasses(root) : QString();
+    QString text = root ? generation.userClasses(root) : QString();
     d->keep(generation);
     return text;
 }

@@ -137,16 +137,16 @@ QString Generation::identifier(const Node *node)
     const QString normal = Names::normalized(name);
     if (normal != name && m_scopes.find(normal))
         return cppName(name);
-    const QString component = componentIdentifier(name);
+    QString component = componentIdentifier(name);
     if (!component.isEmpty())
         return component;
     if (m_functions.contains(name))
         return cppName(name);
-    const QString command = m_tables.commandText(name);
+    QString command = m_tables.commandText(name);
     if (!command.isEmpty())
         return command;
     if (name.startsWith(QLatin1Char('#'))) {
-        const QString colour = colourText(name);
+        QString colour = colourText(name);
         if (!colour.isEmpty())
             return colour;
         if (name.size() > 1)
@@ -168,7 +168,7 @@ QString Generation::componentIdentifier(const QString &name)
             .arg(name);
     if (!warnings.contains(warning))
         warnings << warning;
-    const QString handle = Names::handle(Names::sanitizeComponent(name));
+    QString handle = Names::handle(Names::sanitizeComponent(name));
     if (!m_referencedControls.contains(handle))
         m_referencedControls << handle;
     return handle;
@@ -378,8 +378,8 @@ QString Generation::assignment(const Node *node)
     const QString left = expression(target);
     if (moves && plain)
         return left + QLatin1String(" = std::move(") + expression(value) + QLatin1Char(')');
-    const QString text = left + QLatin1Char(' ') + node->value + QLatin1Char(' ') +
-                         valueFor(inferType(target), value);
+    QString text = left + QLatin1Char(' ') + node->value + QLatin1Char(' ') +
+                   valueFor(inferType(target), value);
     noteDictionary(target, value);
     return text;
 }

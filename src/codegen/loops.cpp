@@ -35,15 +35,6 @@ bool leavesLoop(const Node *node)
     }
 }
 
-bool isCondition(const Node *node)
-{
-    static const QStringList operators{
-        QStringLiteral("<"),  QStringLiteral(">"),  QStringLiteral("<="), QStringLiteral(">="),
-        QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("&&"), QStringLiteral("||")};
-    return node->type == Parser::Ternary ||
-           (node->type == Parser::Binary && operators.contains(node->value));
-}
-
 // The parts of a C-style header. A part that was left empty has no node, so the others are told
 // apart by what they are.
 struct LoopHeader
@@ -66,14 +57,14 @@ LoopHeader readHeader(const Node *node)
     for (const Node *part : qAsConst(parts)) {
         const bool changes = part->type == Parser::Assign ||
                              (part->type == Parser::Unary && part->flag(Meta::postfix));
-        if (part->type == Parser::VarDecl)
+        const bool starts = part->type == Parser::VarDecl ||
+                            (changes && part == parts.first() && parts.size() > 1 && !header.test);
+        if (starts)
             header.init = part;
-        else if (isCondition(part) || !changes)
-            header.test = part;
-        else if (!header.init && !header.test && part == parts.first() && parts.size() > 1)
-            header.init = part;
-        else
+        else if (changes)
             header.step = part;
+        else
+            header.test = part;
     }
     return header;
 }

@@ -73,7 +73,7 @@ QString componentNumber(const QString &name)
     for (const QString &word : GeneratorTables::instance().componentWords) {
         if (!name.startsWith(word) || name.size() == word.size())
             continue;
-        const QString rest = name.mid(word.size());
+        QString rest = name.mid(word.size());
         if (std::all_of(rest.begin(), rest.end(), [](QChar c) { return c.isDigit(); }))
             return rest;
     }

@@ -50,12 +50,8 @@ constexpr char missingDoubleQuote[] = "第 %1 行：缺少右双引号";
 constexpr char missingSingleQuote[] = "第 %1 行：缺少右单引号";
 constexpr char nestedFunction[] = "错误: 不能在函数内部定义函数 '%1'。请将函数定义移到外";
 constexpr char unknownWindow[] = "错误: 事件函数“%1”引用的窗口“%2”在项目中不存在。";
-constexpr char missingParser[] = "内部错误：语法分析器未初始化";
 constexpr char unknownBackend[] = "界面后端“%1”暂不支持编译，请在工程设置中改用 win32 或 vlwin。";
 constexpr char librariesUnavailable[] = "支持库命令不可用：\n";
-
-// Notes on what a program uses.
-constexpr char keptCode[] = "★ 使用缓存的生成代码（代码未变化）";
 
 // Output files.
 constexpr char cannotWriteCode[] = "无法写入生成代码文件，请检查输出目录权限与磁盘空间";

@@ -86,7 +86,7 @@ QString Compiler::canonicalPath(const QString &path)
     return canonical;
 }
 
-void Compiler::applyBuildAndCompile(CompilerBuildRequest request)
+void Compiler::applyBuildAndCompile(const CompilerBuildRequest &request)
 {
     if (m_compiling)
         return;
@@ -99,7 +99,7 @@ void Compiler::applyBuildAndCompile(CompilerBuildRequest request)
     compile(request.sourceFile);
 }
 
-bool Compiler::compile(QString sourceFile)
+bool Compiler::compile(const QString &sourceFile)
 {
     if (m_compiling)
         return false;
@@ -201,7 +201,7 @@ void Compiler::pollRunProcesses()
         m_pollTimer.stop();
 }
 
-void Compiler::stopRunForProject(QString canonicalProjectPath)
+void Compiler::stopRunForProject(const QString &canonicalProjectPath)
 {
     const auto record = std::find_if(m_runs.begin(), m_runs.end(), [&](const RunRecord &candidate) {
         return candidate.canonicalProjectPath == canonicalProjectPath;
@@ -243,19 +243,19 @@ void Compiler::deleteLaterWhenIdle()
         deleteLater();
 }
 
-void Compiler::slotSetTargetPlatform(QString platform)
+void Compiler::slotSetTargetPlatform(const QString &platform)
 {
     if (!m_compiling)
         m_request.platform = platform;
 }
 
-void Compiler::slotSetBuildConfig(QString config)
+void Compiler::slotSetBuildConfig(const QString &config)
 {
     if (!m_compiling)
         m_request.buildConfig = config;
 }
 
-void Compiler::slotSetDebugBreakpoints(CompilerDebugBreakpointsMap breakpoints)
+void Compiler::slotSetDebugBreakpoints(const CompilerDebugBreakpointsMap &breakpoints)
 {
     m_breakpoints = breakpoints;
 }

@@ -37,17 +37,17 @@ public:
     static QString canonicalPath(const QString &path);
 
 public slots:
-    void applyBuildAndCompile(CompilerBuildRequest request);
-    bool compile(QString sourceFile);
+    void applyBuildAndCompile(const CompilerBuildRequest &request);
+    bool compile(const QString &sourceFile);
     void clean();
     void run();
     void stop();
-    void stopRunForProject(QString canonicalProjectPath);
+    void stopRunForProject(const QString &canonicalProjectPath);
     void slotShutdownDestroy();
-    void slotSetTargetPlatform(QString platform);
-    void slotSetBuildConfig(QString config);
+    void slotSetTargetPlatform(const QString &platform);
+    void slotSetBuildConfig(const QString &config);
     void slotSetDebugMode(bool on) { m_debugMode = on; }
-    void slotSetDebugBreakpoints(CompilerDebugBreakpointsMap breakpoints);
+    void slotSetDebugBreakpoints(const CompilerDebugBreakpointsMap &breakpoints);
     CompilerFastSkipSnapshot slotPeekFastSkipSnapshot();
     void pollRunProcesses();
 

@@ -43,7 +43,7 @@ QString ProgramRunner::start(const QString &executable, const QStringList &argum
                              const QString &folder, Channels channels, const Progress &progress)
 {
     m_launch = std::make_unique<Launch>();
-    const QString error = m_launch->prepare(executable, arguments, progress);
+    QString error = m_launch->prepare(executable, arguments, progress);
     if (!error.isEmpty())
         return error;
     m_inherited = channels == Channels::Inherited;

@@ -96,6 +96,15 @@ void dropOldRuntimes(const QString &root)
         QDir(byUse.take(byUse.firstKey())).removeRecursively();
 }
 
+// Work folders of processes that were killed; called with the lock held, so nobody is in them.
+void dropAbandonedWork(const QString &folder)
+{
+    const QFileInfoList folders =
+        QDir(folder).entryInfoList({QStringLiteral("work-*")}, QDir::Dirs);
+    for (const QFileInfo &abandoned : folders)
+        QDir(abandoned.filePath()).removeRecursively();
+}
+
 // One pass over the cache for one program; holds the lock while it makes something.
 class Preparation
 {
@@ -293,6 +302,7 @@ PreparedRuntime Preparation::run()
         return failed(QDir::toNativeSeparators(lockPath));
     if (isReady())
         return ready();
+    dropAbandonedWork(m_folder);
     const QTemporaryDir work(m_folder + QLatin1String("/work-XXXXXX"));
     if (!work.isValid())
         return failed(work.errorString());

@@ -70,7 +70,7 @@ QString runSilently(const QString &program, const QStringList &arguments,
     if (!process.waitForStarted(15000))
         return process.errorString();
     process.adopt();
-    const QString name = QFileInfo(program).fileName();
+    QString name = QFileInfo(program).fileName();
     if (!process.waitForFinished(timeoutMs))
         return name;
     return process.exitCode() == 0 ? QString()

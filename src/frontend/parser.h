@@ -196,6 +196,7 @@ private:
     QString parseFunctionName();
     ParameterResult parseFunctionParameter(ASTNode *function);
     bool parseFunctionParameterType(ASTNode *parameter, bool *isTyped);
+    bool parseParameterName(ASTNode *parameter, bool isTyped);
     void parseParameterDefault(ASTNode *parameter);
     QString parseFunctionReturnType();
     ParameterResult parseMethodParameter(ASTNode *method);

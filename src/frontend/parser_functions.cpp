@@ -68,16 +68,8 @@ Parser::ParameterResult Parser::parseFunctionParameter(ASTNode *function)
     bool isTyped = false;
     if (!parseFunctionParameterType(parameter.get(), &isTyped))
         return ParameterResult::LeaveList;
-    if (isTyped && match(Lexer::Ampersand))
-        parameter->metadata.insert(Meta::isReference, Meta::flagOn);
-    if (!at(Lexer::Identifier)) {
-        appendPlain(ParserMessage::MissingParameterName);
+    if (!parseParameterName(parameter.get(), isTyped))
         return ParameterResult::LeaveList;
-    }
-    parameter->value = current().text;
-    parameter->line = current().line;
-    advance();
-    parseParameterDefault(parameter.get());
     if (isOptional) {
         if (!match(Lexer::RightBracket))
             appendPlain(ParserMessage::OptionalNotClosed);
@@ -109,6 +101,22 @@ bool Parser::parseFunctionParameterType(ASTNode *parameter, bool *isTyped)
     parameter->metadata.insert(Meta::paramType, type);
     if (*isTyped)
         advance();
+    return true;
+}
+
+// [ "&" ] name [ "=" unary ], the "&" behind a type only
+bool Parser::parseParameterName(ASTNode *parameter, bool isTyped)
+{
+    if (isTyped && match(Lexer::Ampersand))
+        parameter->metadata.insert(Meta::isReference, Meta::flagOn);
+    if (!at(Lexer::Identifier)) {
+        appendPlain(ParserMessage::MissingParameterName);
+        return false;
+    }
+    parameter->value = current().text;
+    parameter->line = current().line;
+    advance();
+    parseParameterDefault(parameter);
     return true;
 }
 
@@ -146,16 +154,8 @@ Parser::ParameterResult Parser::parseMethodParameter(ASTNode *method)
     Node parameter(new ASTNode(Identifier));
     if (!parseMethodParameterType(parameter.get()))
         return ParameterResult::LeaveList;
-    if (match(Lexer::Ampersand))
-        parameter->metadata.insert(Meta::isReference, Meta::flagOn);
-    if (!at(Lexer::Identifier)) {
-        appendPlain(ParserMessage::MissingParameterName);
+    if (!parseParameterName(parameter.get(), true))
         return ParameterResult::LeaveList;
-    }
-    parameter->value = current().text;
-    parameter->line = current().line;
-    advance();
-    parseParameterDefault(parameter.get());
     append(method, std::move(parameter));
     return match(Lexer::Comma) ? ParameterResult::GoOn : ParameterResult::LeaveList;
 }

@@ -31,5 +31,7 @@ libraries=$(sed -nE 's/^#pragma comment\(lib, "([a-z0-9_]+)\.lib"\).*/-l\1/p' "$
 "${cxx[@]}" -static "$test_file" "$here/runtime_test_main.cpp" "$work/runtime.a" $libraries \
   -mwindows -o "$work/$name.exe"
 cd "$work"
+# Wine takes file names in the locale, and Chinese ones need UTF-8.
+export LC_ALL=C.UTF-8
 export WINEPREFIX=${VOREL_WINEPREFIX:-$work/wine} WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml="
 exec timeout 120 wine "$work/$name.exe"
