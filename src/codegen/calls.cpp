@@ -2,6 +2,7 @@
 #include "codegen/generation.h"
 
 #include "codegen/names.h"
+#include "codegen/runtime_library.h"
 #include "frontend/metadata.h"
 
 namespace {
@@ -245,6 +246,12 @@ QStringList Generation::filledArguments(const Node *node, const FunctionSignatur
 QString Generation::commandCall(const Node *node, const QString &name, const QString &cppFunction,
                                 const CommandInfo *info)
 {
+    // Commands of libraries bring their own runtime; those of the map need the built-in one.
+    const bool mapped = !info || info->cppFunction.isEmpty();
+    if (mapped && cppFunction.startsWith(QLatin1String("VL_")) &&
+        !cppFunction.endsWith(QLatin1Char(')')) &&
+        !RuntimeLibrary::instance().names().contains(cppFunction))
+        report(GeneratorMessage::commandUnavailable, lineOf(node), {name});
     checkArguments(node, name, cppFunction, info);
     if (m_tables.arrayCommands.contains(cppFunction))
         checkChangedArray(node, name);

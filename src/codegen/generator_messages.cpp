@@ -56,6 +56,9 @@ const Text classUnavailable{
     "第%1行：支持库命令不可用：\n类型「%2」所在的支持库没有安装，不能声明变量「%3」。",
     "支持库命令不可用：\n类型「%1」所在的支持库没有安装，不能声明变量「%2」。"};
 
+const Text commandUnavailable{"第%1行：命令「%2」在这个版本里还不能使用。",
+                              "命令「%1」在这个版本里还不能使用。"};
+
 QString format(const Text &text, int line, const QStringList &arguments)
 {
     const QString pattern = QString::fromUtf8(line > 0 ? text.withLine : text.withoutLine);

@@ -31,6 +31,7 @@ const RuntimeLibrary &RuntimeLibrary::instance()
 
 RuntimeLibrary::RuntimeLibrary()
 {
+    const QRegularExpression commandName(QStringLiteral("\\bVL_[A-Za-z0-9_]+"));
     const QStringList headers =
         QDir(kFolder).entryList({QStringLiteral("*.h")}, QDir::Files, QDir::Name);
     for (const QString &header : headers) {
@@ -44,6 +45,9 @@ RuntimeLibrary::RuntimeLibrary()
         section.emittedHeader = withoutLocalIncludes(section.header);
         section.emittedSource = withoutLocalIncludes(section.source);
         m_sections << section;
+        QRegularExpressionMatchIterator names = commandName.globalMatch(section.header);
+        while (names.hasNext())
+            m_names.insert(names.next().captured());
     }
     std::stable_sort(
         m_sections.begin(), m_sections.end(),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QList>
+#include <QSet>
 #include <QString>
 
 // One section of the runtime: the files as they stand, and as they stand inside a program.
@@ -30,9 +31,12 @@ public:
     QStringList importLibraries() const;
     // Whether a section declares the class or struct of that C++ name.
     bool definesClass(const QString &cppName) const;
+    // Every name beginning "VL_" that the headers mention.
+    const QSet<QString> &names() const { return m_names; }
 
 private:
     RuntimeLibrary();
 
     QList<RuntimeSection> m_sections;
+    QSet<QString> m_names;
 };
