@@ -5,6 +5,8 @@
 #include "codegen/runtime_library.h"
 #include "frontend/metadata.h"
 
+#include <algorithm>
+
 namespace {
 
 const char kErrorText[] = "/* ERROR: %1 */0";
@@ -145,10 +147,61 @@ QString Generation::unknownCall(const Node *node, const QString &name)
     return errorExpression(name);
 }
 
+// Whether evaluating `node` changes something that another expression may see.
+bool Generation::hasEffect(const Node *node) const
+{
+    if (node->type == Parser::Assign || (node->type == Parser::Unary && node->flag(Meta::postfix)))
+        return true;
+    if (node->type == Parser::Call && !node->children.isEmpty()) {
+        const Node *callee = node->children.first();
+        if (callee->type != Parser::Identifier || findFunction(callee->value) ||
+            findClass(callee->value))
+            return true;
+        const CommandInfo *info = nullptr;
+        const QString function = cppFunctionOf(callee->value, &info);
+        if (m_tables.effectFunctions.contains(function) ||
+            m_tables.arrayCommands.contains(function))
+            return true;
+    }
+    return std::any_of(node->children.begin(), node->children.end(),
+                       [this](const Node *child) { return hasEffect(child); });
+}
+
+// C++ evaluates arguments in any order. It shows when one has an effect and another is no literal.
+bool Generation::orderMatters(const Node *node) const
+{
+    int effects = 0;
+    int others = 0;
+    for (int i = 1; i < node->children.size(); ++i) {
+        if (node->children.at(i)->type == Parser::Literal)
+            continue;
+        if (hasEffect(node->children.at(i)))
+            ++effects;
+        else
+            ++others;
+    }
+    return effects > 1 || (effects == 1 && others > 0);
+}
+
+QString Generation::callText(const Node *node, const QString &function,
+                             const QStringList &arguments) const
+{
+    if (arguments.size() < 2 || !orderMatters(node))
+        return function + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    QString text = QStringLiteral("([&]() -> decltype(auto) { ");
+    QStringList names;
+    for (int i = 0; i < arguments.size(); ++i) {
+        names << QStringLiteral("__vl_a%1").arg(i);
+        text += QLatin1String("auto&& ") + names.last() + QLatin1String(" = ") + arguments.at(i) +
+                QLatin1String("; ");
+    }
+    return text + QLatin1String("return ") + function + QLatin1Char('(') +
+           names.join(QLatin1String(", ")) + QLatin1String("); }())");
+}
+
 QString Generation::userFunctionCall(const Node *node, const FunctionSignature &signature)
 {
-    return signature.cppName + QLatin1Char('(') +
-           filledArguments(node, signature, QString()).join(QLatin1String(", ")) + QLatin1Char(')');
+    return callText(node, signature.cppName, filledArguments(node, signature, QString()));
 }
 
 QString Generation::constructorCall(const Node *node, const ClassSymbol &symbol)
@@ -157,8 +210,7 @@ QString Generation::constructorCall(const Node *node, const ClassSymbol &symbol)
     const QStringList arguments = constructor == symbol.methods.cend()
                                       ? plainArguments(node)
                                       : filledArguments(node, *constructor, symbol.name);
-    return symbol.structName + QLatin1Char('(') + arguments.join(QLatin1String(", ")) +
-           QLatin1Char(')');
+    return callText(node, symbol.structName, arguments);
 }
 
 QString Generation::conversionCall(const Node *node, const QString &function)
@@ -183,8 +235,7 @@ QString Generation::methodCall(const Node *node, const ClassSymbol &symbol)
     }
     const QStringList arguments =
         symbol.builtin ? plainArguments(node) : filledArguments(node, *method, symbol.name);
-    return object + QLatin1Char('.') + method->cppName + QLatin1Char('(') +
-           arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    return callText(node, object + QLatin1Char('.') + method->cppName, arguments);
 }
 
 QString Generation::zeroValue(const FunctionParameter &parameter) const
@@ -265,7 +316,7 @@ QString Generation::commandCall(const Node *node, const QString &name, const QSt
         return cppFunction;
     const bool rounds = cppFunction == QLatin1String("VL_Round") && arguments.size() == 2;
     const QString function = rounds ? QStringLiteral("VL_RoundTo") : cppFunction;
-    return function + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    return callText(node, function, arguments);
 }
 
 QStringList Generation::plainArguments(const Node *node, int from)

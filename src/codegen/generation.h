@@ -177,6 +177,10 @@ private:
     // --- calls (calls.cpp, special_calls.cpp) ---
     QString call(const Node *node);
     QString namedCall(const Node *node, const QString &name);
+    // `function(arguments)`, the arguments evaluated from left to right where that matters.
+    QString callText(const Node *node, const QString &function, const QStringList &arguments) const;
+    bool orderMatters(const Node *node) const;
+    bool hasEffect(const Node *node) const;
     QString userFunctionCall(const Node *node, const FunctionSignature &signature);
     QString constructorCall(const Node *node, const ClassSymbol &symbol);
     QString conversionCall(const Node *node, const QString &function);

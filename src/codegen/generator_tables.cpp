@@ -78,6 +78,7 @@ GeneratorTables::GeneratorTables()
     windowNameFunctions = toSet(table("windowNameFunctions"));
     controlTextFunctions = toSet(table("controlTextFunctions"));
     arrayCommands = toSet(table("arrayCommands"));
+    effectFunctions = toSet(table("effectFunctions"));
     displayedFirstArgument = toSet(table("displayedFirstArgument"));
     narrowCodePages = toHash(table("narrowCodePages"));
 

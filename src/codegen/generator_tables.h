@@ -44,6 +44,7 @@ struct GeneratorTables
     QSet<QString> windowNameFunctions;      // first argument may be a window written as a name
     QSet<QString> controlTextFunctions;     // a control as an argument stands for its text
     QSet<QString> arrayCommands;            // first argument is changed in place
+    QSet<QString> effectFunctions;          // change or read what lies outside the call
     QSet<QString> displayedFirstArgument;   // first argument goes through VL_ToOutputStr
     // Methods of built-in classes under further names: class to name to C++ member and type.
     QHash<QString, QHash<QString, QStringList>> classMethods;

@@ -82,7 +82,7 @@ QString Generation::printCall(const Node *node)
     }
     if (arguments.isEmpty())
         return QStringLiteral("VL_Print(std::wstring())");
-    return QLatin1String("VL_Print(") + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    return callText(node, QStringLiteral("VL_Print"), arguments);
 }
 
 QString Generation::printArgument(const Node *node)

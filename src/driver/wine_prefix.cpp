@@ -100,7 +100,8 @@ QProcessEnvironment WinePrefix::environment() const
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("WINEPREFIX"), m_folder);
     environment.insert(QStringLiteral("WINEDEBUG"), QStringLiteral("-all"));
-    environment.insert(QStringLiteral("WINEDLLOVERRIDES"), QStringLiteral("mscoree,mshtml="));
+    environment.insert(QStringLiteral("WINEDLLOVERRIDES"),
+                       QStringLiteral("mscoree,mshtml=;winedbg.exe=d"));
     environment.insert(QStringLiteral("WINELOADER"), m_loader);
     environment.insert(QStringLiteral("WINESERVER"), m_server);
     // Without it file names with Chinese characters do not exist.

@@ -58,7 +58,7 @@ VL_User_学生_t _u7528_u7c7b(VL_User_学生_t& _u7532) {
     _u4e19._u59d3_u540d = (_u7532._u59d3_u540d + _u4e59._u540d_u5b57()); // VL_LINE:35
     _u4e59._u957f_u5927(_u4e19); // VL_LINE:36
     _u5168_u73ed._u73ed_u957f = _u4e59; // VL_LINE:37
-    VL_Print(VL_ToOutputStr(_u5168_u73ed._u73ed_u957f._u5e74_u9f84), _u5168_u73ed._u4ecb_u7ecd()); // VL_LINE:38
+    ([&]() -> decltype(auto) { auto&& __vl_a0 = VL_ToOutputStr(_u5168_u73ed._u73ed_u957f._u5e74_u9f84); auto&& __vl_a1 = _u5168_u73ed._u4ecb_u7ecd(); return VL_Print(__vl_a0, __vl_a1); }()); // VL_LINE:38
     return _u4e19; // VL_LINE:39
 }
 
