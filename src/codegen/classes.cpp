@@ -156,7 +156,6 @@ void Generation::writeClass(CodeWriter &writer, const ClassSymbol &symbol)
     writer.close(QStringLiteral("};"));
     writer.blankLine();
     m_currentClass = nullptr;
-    m_pendingStatements.clear();
 }
 
 void Generation::writeProperties(CodeWriter &writer, const ClassSymbol &symbol)

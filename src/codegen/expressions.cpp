@@ -8,6 +8,9 @@ namespace {
 
 using Node = Parser::ASTNode;
 
+// Each ordered operation nests in the next; a chain of more is left to C++.
+const int kMostOrderedOperands = 100;
+
 bool isStringLiteral(const Node *node)
 {
     return node->type == Parser::Literal &&
@@ -174,6 +177,18 @@ QString Generation::componentIdentifier(const QString &name)
     return handle;
 }
 
+// C++ evaluates the sides of its own operators in order, but not those of the runtime's.
+bool Generation::isOverloaded(const Node *operation)
+{
+    if (operation->value == QLatin1String("&&") || operation->value == QLatin1String("||"))
+        return false;
+    const auto isNumber = [](ValueType type) {
+        return type == ValueType::Int || type == ValueType::Double || type == ValueType::Bool;
+    };
+    return !isNumber(inferType(operation->children.at(0))) ||
+           !isNumber(inferType(operation->children.at(1)));
+}
+
 QString Generation::binary(const Node *node)
 {
     if (node->children.size() < 2)
@@ -190,12 +205,21 @@ QString Generation::binary(const Node *node)
         text.prepend(QLatin1String("(long long)"));
     // In "ab" + x + y the text on the left decides how a number on the right is joined.
     bool stringChain = isStringLiteral(leftmost);
+    bool leftHasEffect = hasEffect(leftmost);
     QString open;
     for (auto it = chain.crbegin(); it != chain.crend(); ++it) {
         const Node *operation = *it;
         const Node *right = operation->children.at(1);
         const bool plus = operation->value == QLatin1String("+");
-        if (plus && stringChain && isIntLiteral(right)) {
+        const bool rightHasEffect = hasEffect(right);
+        if (leftHasEffect && rightHasEffect && chain.size() <= kMostOrderedOperands &&
+            isOverloaded(operation)) {
+            text = QLatin1String("([&]() { auto&& __vl_l = ") + open + text +
+                   QLatin1String("; auto&& __vl_r = ") + expression(right) +
+                   QLatin1String("; return __vl_l ") + operation->value +
+                   QLatin1String(" __vl_r; }())");
+            open.clear();
+        } else if (plus && stringChain && isIntLiteral(right)) {
             text += QLatin1String(" + (long long)(") + expression(right) + QLatin1String("))");
             open += QLatin1Char('(');
         } else if (operation->value == QLatin1String("%") &&
@@ -210,6 +234,7 @@ QString Generation::binary(const Node *node)
             open += QLatin1Char('(');
         }
         stringChain = stringChain && plus;
+        leftHasEffect = leftHasEffect || rightHasEffect;
     }
     return open + text;
 }

@@ -150,6 +150,7 @@ private:
     QString identifier(const Node *node);
     QString componentIdentifier(const QString &name);
     QString binary(const Node *node);
+    bool isOverloaded(const Node *operation);
     QString unary(const Node *node);
     QString ternary(const Node *node);
     QString index(const Node *node);
@@ -251,5 +252,4 @@ private:
     int m_line = 0;          // the last source line seen; for nodes without a line of their own
     QStringList m_loopSteps; // for each loop around: what `继续` must do first
     int m_forEachDepth = 0;
-    QString m_pendingStatements;
 };

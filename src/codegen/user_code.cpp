@@ -9,10 +9,11 @@ namespace {
 
 using Node = Parser::ASTNode;
 
-// An initial value that calls something can only be computed when the program runs.
+// An initial value that calls something can only be computed when the program runs, and so can a
+// dictionary, which is filled by statements.
 bool needsRunTime(const Node *node)
 {
-    return node->type == Parser::Call ||
+    return node->type == Parser::Call || node->flag(Meta::braceLiteral) ||
            std::any_of(node->children.begin(), node->children.end(), needsRunTime);
 }
 
@@ -95,12 +96,10 @@ void Generation::writeGlobals(CodeWriter &writer, const Node *root)
         if (!any)
             writer.line(QStringLiteral("// User global variables"));
         any = true;
-        m_pendingStatements.clear();
         const Node *value = node->children.value(0);
         const int start = writer.position();
         const QString varType = node->metadata.value(Meta::varType, QStringLiteral("auto"));
-        const bool dictionary = value && value->flag(Meta::braceLiteral);
-        if (value && !dictionary && !needsRunTime(value)) {
+        if (value && !needsRunTime(value)) {
             writeDeclaration(writer, node);
             writer.markSourceLine(start, node->line);
             continue;
@@ -194,5 +193,4 @@ void Generation::writeFunctionBody(CodeWriter &writer, const Node *node,
     if (signature.returnCppType != QLatin1String("void") && !returns)
         writer.line(QStringLiteral("return %1();").arg(signature.returnCppType));
     m_currentFunction = nullptr;
-    m_pendingStatements.clear();
 }
