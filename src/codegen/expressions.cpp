@@ -177,6 +177,12 @@ QString Generation::componentIdentifier(const QString &name)
     return handle;
 }
 
+QString Generation::incomplete(const Node *node, const QString &sign)
+{
+    report(GeneratorMessage::incompleteExpression, lineOf(node), {sign});
+    return QString();
+}
+
 // C++ evaluates the sides of its own operators in order, but not those of the runtime's.
 bool Generation::isOverloaded(const Node *operation)
 {
@@ -192,7 +198,7 @@ bool Generation::isOverloaded(const Node *operation)
 QString Generation::binary(const Node *node)
 {
     if (node->children.size() < 2)
-        return QString();
+        return incomplete(node, node->value);
     // A long sum nests to the left; its left end is reached by a loop, not by recursion.
     QList<const Node *> chain;
     const Node *leftmost = node;
@@ -242,7 +248,7 @@ QString Generation::binary(const Node *node)
 QString Generation::unary(const Node *node)
 {
     if (node->children.isEmpty())
-        return QString();
+        return incomplete(node, node->value);
     const Node *operand = node->children.first();
     const QString text = expression(operand);
     if (node->flag(Meta::postfix))
@@ -261,7 +267,7 @@ QString Generation::unary(const Node *node)
 QString Generation::ternary(const Node *node)
 {
     if (node->children.size() < 3)
-        return QString();
+        return incomplete(node, QStringLiteral("?:"));
     const QString test = condition(node->children.at(0));
     QString first = expression(node->children.at(1));
     QString second = expression(node->children.at(2));
@@ -291,7 +297,7 @@ bool Generation::isDictionary(const Node *node) const
 QString Generation::index(const Node *node)
 {
     if (node->children.size() < 2)
-        return QString();
+        return incomplete(node, QStringLiteral("["));
     const Node *base = node->children.at(0);
     const Node *key = node->children.at(1);
     const bool textKey = isStringLiteral(key) ||
@@ -381,7 +387,7 @@ QString Generation::itemTarget(const Node *node)
 QString Generation::assignment(const Node *node)
 {
     if (node->children.size() < 2)
-        return QString();
+        return incomplete(node, node->value);
     const Node *target = node->children.at(0);
     const Node *value = node->children.at(1);
     const bool plain = node->value == QLatin1String("=");

@@ -149,6 +149,8 @@ private:
     QString literal(const Node *node) const;
     QString identifier(const Node *node);
     QString componentIdentifier(const QString &name);
+    // Reports an operation that lacks an operand; its text stays empty.
+    QString incomplete(const Node *node, const QString &sign);
     QString binary(const Node *node);
     bool isOverloaded(const Node *operation);
     QString unary(const Node *node);

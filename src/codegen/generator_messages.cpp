@@ -59,6 +59,9 @@ const Text classUnavailable{
 const Text commandUnavailable{"第%1行：命令「%2」在这个版本里还不能使用。",
                               "命令「%1」在这个版本里还不能使用。"};
 
+const Text incompleteExpression{"第%1行：表达式不完整：“%2”后面缺少内容。",
+                                "表达式不完整：“%1”后面缺少内容。"};
+
 QString format(const Text &text, int line, const QStringList &arguments)
 {
     const QString pattern = QString::fromUtf8(line > 0 ? text.withLine : text.withoutLine);

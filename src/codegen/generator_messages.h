@@ -41,6 +41,7 @@ extern const Text classDefinedTwice;
 extern const Text globalDefinedTwice;
 extern const Text classUnavailable;
 extern const Text commandUnavailable;
+extern const Text incompleteExpression;
 
 // The message for `line`, or the form without one when `line` is not positive.
 QString format(const Text &text, int line, const QStringList &arguments);

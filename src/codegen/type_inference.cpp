@@ -82,6 +82,8 @@ ValueType Generation::inferType(const Node *node)
 
 ValueType Generation::inferBinary(const Node *node)
 {
+    if (node->children.size() < 2)
+        return kUnknown;
     static const QSet<QString> logical{
         QStringLiteral("=="), QStringLiteral("!="), QStringLiteral("<"),  QStringLiteral(">"),
         QStringLiteral("<="), QStringLiteral(">="), QStringLiteral("&&"), QStringLiteral("||")};

@@ -109,6 +109,8 @@ void CodeGeneratorTest::messages_data()
     row("no result printed", QStringLiteral("输出(延时(1))"),
         {QStringLiteral("第2行：\"延时()\" 命令无返回值，不能作为 输出 的参数")});
 
+    row("operand missing", QStringLiteral("整数 甲 = 1\n输出(甲 + )"),
+        {QStringLiteral("第3行：表达式不完整：“+”后面缺少内容。")});
     row("command without runtime", QStringLiteral("信息框(\"a\")"),
         {QStringLiteral("第2行：命令「信息框」在这个版本里还不能使用。")});
     row("class without runtime", QStringLiteral("JSON类 甲"),
