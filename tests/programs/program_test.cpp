@@ -10,6 +10,7 @@
 #include <QDirIterator>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <functional>
 
 class ProgramTest : public QObject
 {
@@ -23,6 +24,7 @@ private slots:
     void example();
     void commandExamples_data();
     void commandExamples();
+    void commandExamplesFor32Bits();
 
 private:
     struct Outcome
@@ -31,17 +33,23 @@ private:
         QString messages;
         int exitCode = -1;
     };
-    static Outcome run(const QString &input);
+    struct ExampleProgram
+    {
+        QString source;
+        QString output;
+    };
+    static Outcome run(const QString &input, const QStringList &command = {QStringLiteral("run")});
+    static ExampleProgram exampleProgram(const std::function<bool(const CommandInfo &)> &wanted);
+    static QString writeProgram(const QTemporaryDir &folder, const QString &source);
     static QString topCategory(const CommandInfo &info);
 };
 
 static const int kLimitMs = 600000;
 
-ProgramTest::Outcome ProgramTest::run(const QString &input)
+ProgramTest::Outcome ProgramTest::run(const QString &input, const QStringList &command)
 {
     QProcess process;
-    process.start(QStringLiteral(VORELC),
-                  {QStringLiteral("run"), QStringLiteral("--quiet"), input});
+    process.start(QStringLiteral(VORELC), command + QStringList{QStringLiteral("--quiet"), input});
     Outcome outcome;
     if (!process.waitForFinished(kLimitMs))
         return outcome;
@@ -54,12 +62,8 @@ ProgramTest::Outcome ProgramTest::run(const QString &input)
 
 void ProgramTest::runtimeObjects()
 {
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("start.vc"));
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(QStringLiteral("函数 主函数() { 输出(\"好\") }\n").toUtf8());
-    file.close();
+    const QTemporaryDir folder;
+    const QString path = writeProgram(folder, QStringLiteral("函数 主函数() { 输出(\"好\") }\n"));
     const Outcome outcome = run(path);
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
     QCOMPARE(outcome.output, QStringLiteral("好\n"));
@@ -131,42 +135,67 @@ void ProgramTest::commandExamples_data()
         QTest::addRow("%s", qPrintable(category)) << category;
 }
 
-// All examples of a category in one program, each in a function of its own behind a line with the
-// command's name.
-void ProgramTest::commandExamples()
+// The examples that `wanted` picks in one program, each in a function of its own behind a line with
+// the command's name, and what that program prints.
+ProgramTest::ExampleProgram
+ProgramTest::exampleProgram(const std::function<bool(const CommandInfo &)> &wanted)
 {
-    QFETCH(QString, category);
     QString calls;
     QString functions;
-    QString expected;
+    ExampleProgram result;
     int number = 0;
     for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
-        if (topCategory(info) != category || info.example.isEmpty() || info.output.isNull())
+        if (info.example.isEmpty() || !wanted(info))
             continue;
         const QString function = QStringLiteral("示例%1").arg(++number);
         calls += QStringLiteral("    输出(\"== %1\")\n    %2()\n").arg(info.name, function);
         functions += QStringLiteral("函数 %1() {\n%2\n}\n").arg(function, info.example);
-        expected += QStringLiteral("== %1\n").arg(info.name);
+        result.output += QStringLiteral("== %1\n").arg(info.name);
         if (!info.output.isEmpty())
-            expected += info.output + QLatin1Char('\n');
+            result.output += info.output + QLatin1Char('\n');
     }
-    QTemporaryDir folder;
-    const QString path = folder.filePath(QStringLiteral("examples.vc"));
+    result.source = QStringLiteral("函数 主函数() {\n") + calls + QStringLiteral("}\n") + functions;
+    return result;
+}
+
+QString ProgramTest::writeProgram(const QTemporaryDir &folder, const QString &source)
+{
+    const QString path = folder.filePath(QStringLiteral("program.vc"));
     QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    file.write(
-        (QStringLiteral("函数 主函数() {\n") + calls + QStringLiteral("}\n") + functions).toUtf8());
-    file.close();
-    const Outcome outcome = run(path);
+    if (file.open(QIODevice::WriteOnly))
+        file.write(source.toUtf8());
+    return path;
+}
+
+void ProgramTest::commandExamples()
+{
+    QFETCH(QString, category);
+    const ExampleProgram program = exampleProgram([&category](const CommandInfo &info) {
+        return topCategory(info) == category && !info.output.isNull();
+    });
+    const QTemporaryDir folder;
+    const Outcome outcome = run(writeProgram(folder, program.source));
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
     const QStringList actualLines = outcome.output.split(QLatin1Char('\n'));
-    const QStringList expectedLines = expected.split(QLatin1Char('\n'));
+    const QStringList expectedLines = program.output.split(QLatin1Char('\n'));
     QString command;
     for (int i = 0; i < qMax(actualLines.size(), expectedLines.size()); ++i) {
         if (expectedLines.value(i).startsWith(QLatin1String("== ")))
             command = expectedLines.at(i) + QStringLiteral(": ");
         QCOMPARE(command + actualLines.value(i), command + expectedLines.value(i));
     }
+}
+
+// Overloads of the runtime that are clear for 64 bits may meet for 32.
+void ProgramTest::commandExamplesFor32Bits()
+{
+    const QTemporaryDir folder;
+    const QString path =
+        writeProgram(folder, exampleProgram([](const CommandInfo &) { return true; }).source);
+    const Outcome outcome =
+        run(path, {QStringLiteral("build"), QStringLiteral("--platform"), QStringLiteral("x86"),
+                   QStringLiteral("--config"), QStringLiteral("debug")});
+    QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
 }
 
 QTEST_GUILESS_MAIN(ProgramTest)
