@@ -73,7 +73,6 @@ double generationSeconds(const Parser::ASTNode &tree, const Parser &parser)
     CodeGenerator generator;
     generator.registerImplicitWindow();
     generator.setClassRegistry(parser.classRegistry());
-    generator.setVarTypes(parser.varTypes());
     QElapsedTimer timer;
     timer.start();
     const QString text = generator.generate(&tree).oneFile();

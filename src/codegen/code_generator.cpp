@@ -88,11 +88,6 @@ void CodeGenerator::setClassRegistry(const ClassRegistryMap &registry)
     d->input.classRegistry = registry;
 }
 
-void CodeGenerator::setVarTypes(const VarTypesMap &varTypes)
-{
-    d->input.varTypes = varTypes;
-}
-
 ProgramText CodeGenerator::generate(const Parser::ASTNode *root)
 {
     Generation generation(d->input);

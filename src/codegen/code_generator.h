@@ -40,9 +40,8 @@ public:
     // 0 to 5; anything else becomes 3.
     void setBeautificationScheme(int scheme);
     void setUseBeautification(bool on);
-    // What the parser knows: classes with their members, and the classes of variables.
+    // What the parser knows of classes and their members.
     void setClassRegistry(const ClassRegistryMap &registry);
-    void setVarTypes(const VarTypesMap &varTypes);
 
     // The whole program. `root` stays with the caller.
     ProgramText generate(const Parser::ASTNode *root);

@@ -35,7 +35,6 @@ struct GenerationInput
     QList<WindowRecord> windows;
     QString uiBackend = QStringLiteral("win32");
     ClassRegistryMap classRegistry;
-    VarTypesMap varTypes;
     const CommandLibrary *commands = nullptr;
 };
 

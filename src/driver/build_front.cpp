@@ -165,7 +165,6 @@ bool BuildPipeline::Run::generate()
     registerWindows();
     CodeGenerator &generator = m_pipeline.m_generator;
     generator.setClassRegistry(m_parser.classRegistry());
-    generator.setVarTypes(m_parser.varTypes());
     m_outcome.program = generator.generate(m_tree.get());
     // Asked for now: the next generation starts its own list.
     const QStringList errors = generator.errors();

@@ -1,11 +1,13 @@
 // The C++ text of whole small programs, and the messages of the generator.
 #include "golden.h"
 
+#include "catalog/command_library.h"
 #include "codegen/code_generator.h"
 #include "codegen/names.h"
 #include "frontend/lexer.h"
 #include "frontend/parser.h"
 
+#include <QTemporaryFile>
 #include <memory>
 
 class CodeGeneratorTest : public QObject
@@ -20,6 +22,8 @@ private slots:
     void names_data();
     void names();
     void builtinClasses();
+    void specialCalls_data();
+    void specialCalls();
     void wholeProgram();
     void withoutWindow();
 
@@ -30,18 +34,19 @@ private:
         ProgramText program;
         QStringList errors;
     };
-    static Result generate(const QString &source);
+    static Result generate(const QString &source,
+                           const CommandLibrary &commands = CommandLibrary::builtin());
 };
 
-CodeGeneratorTest::Result CodeGeneratorTest::generate(const QString &source)
+CodeGeneratorTest::Result CodeGeneratorTest::generate(const QString &source,
+                                                      const CommandLibrary &commands)
 {
     Lexer lexer(source);
     Parser parser;
     const std::unique_ptr<Parser::ASTNode> root(parser.parse(lexer.tokenize()));
-    CodeGenerator generator;
+    CodeGenerator generator(commands);
     generator.registerImplicitWindow();
     generator.setClassRegistry(parser.classRegistry());
-    generator.setVarTypes(parser.varTypes());
     Result result;
     result.userCode = generator.generateUserCode(root.get());
     result.program = generator.generate(root.get());
@@ -169,6 +174,69 @@ void CodeGeneratorTest::builtinClasses()
     QVERIFY(
         text.contains(QStringLiteral("VL_Print(b.setTimeout(5).request(std::wstring(L\"u\")));")));
     QVERIFY(text.contains(QStringLiteral("VL_Print(VL_ToOutputStr(b.getStatusCode()));")));
+}
+
+// Calls of library commands that are more than "function(arguments)".
+void CodeGeneratorTest::specialCalls_data()
+{
+    QTest::addColumn<QString>("cppFunction");
+    QTest::addColumn<QString>("arguments");
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *function, const QString &arguments, const QString &expected) {
+        QTest::addRow("%s(%s)", function, qPrintable(arguments))
+            << QString::fromLatin1(function) << arguments << expected;
+    };
+    row("VL_Thread_Start", QStringLiteral("&f"), QStringLiteral("VL_Thread_Start([=](){ f(); })"));
+    row("VL_Thread_Start", QStringLiteral("g, 5"),
+        QStringLiteral("VL_Thread_Start([=](){ g(5); })"));
+    row("VL_Thread_Start", QStringLiteral("h, obj"),
+        QStringLiteral("([&]() -> intptr_t { auto __vl_sp_0 = std::make_shared<VL_User_T_t>("
+                       "std::move(obj)); return VL_Thread_Start([=](){ h(*__vl_sp_0); }); })()"));
+    row("VL_ThreadPool_Submit", QStringLiteral("7, f"),
+        QStringLiteral("VL_ThreadPool_Submit(7, [=](){ f(); })"));
+    row("VL_InvokeUI", QStringLiteral("g, 1"), QStringLiteral("VL_InvokeUI([=](){ g(1); })"));
+    row("VL_Hotkey_RegisterGlobal", QStringLiteral("1, 2, f"),
+        QStringLiteral("VL_Hotkey_RegisterGlobal(1, 2, [=](){ f(); })"));
+    row("VL_DragDrop_SetDropCallback", QStringLiteral("1, f"),
+        QStringLiteral("VL_DragDrop_SetDropCallback(1, [](intptr_t){ f(); })"));
+    row("VL_DragDrop_SetDropCallback", QStringLiteral("1"),
+        QStringLiteral("VL_DragDrop_SetDropCallback(1, std::function<void(intptr_t)>())"));
+    row("VL_ContextMenu_AddItem", QStringLiteral("1, 2, \"x\", k"),
+        QStringLiteral("VL_ContextMenu_AddItem(1, 2, std::wstring(L\"x\"), [](intptr_t __a, "
+                       "intptr_t __b){ k(__a, (int)__b); }, L\"\", 0)"));
+    row("VL_LoadWindow", QStringLiteral("主窗口"),
+        QStringLiteral("VL_LoadWindow(std::wstring(L\"主窗口\"), false)"));
+    row("VL_Thread_JoinAll", QStringLiteral("list"),
+        QStringLiteral("([&](){ std::vector<intptr_t> __handles; for (const VL_Any& __h : list) "
+                       "__handles.push_back(__h.type == VL_Any::TypeInt ? (intptr_t)__h.intVal : "
+                       "(intptr_t)__h.doubleVal); return VL_Thread_JoinAll(__handles); }())"));
+    row("VL_HTTP_RequestBytes", QStringLiteral("\"u\""),
+        QStringLiteral("[=](){ intptr_t __vl_http_bc=0; intptr_t __h=VL_HTTP_RequestBytes("
+                       "std::wstring(L\"u\"), __vl_http_bc); return VL_ByteArrayFromMemory(__h, "
+                       "__vl_http_bc); }()"));
+}
+
+void CodeGeneratorTest::specialCalls()
+{
+    QFETCH(QString, cppFunction);
+    QFETCH(QString, arguments);
+    QFETCH(QString, expected);
+    QTemporaryFile records;
+    QVERIFY(records.open());
+    records.write(QStringLiteral("{\"commands\": [{\"name\": \"库命令\", \"category\": \"c\", "
+                                 "\"cppFunction\": \"%1\"}]}")
+                      .arg(cppFunction)
+                      .toUtf8());
+    records.close();
+    const CommandLibrary commands(records.fileName());
+    const QString source = QStringLiteral("类 T { 属性 整数 a }\n函数 f() { }\n函数 g(整数 a) { }\n"
+                                          "函数 h(T a) { }\n函数 k(整数 a, 整数 b) { }\n"
+                                          "函数 甲() {\nT obj\n数组 list[] = []\n库命令(%1)\n}\n")
+                               .arg(arguments);
+    const Result result = generate(source, commands);
+    QCOMPARE(result.errors, QStringList());
+    const QString line = result.userCode.section(QStringLiteral(" // VL_LINE:9"), 0, 0);
+    QCOMPARE(line.section(QLatin1Char('\n'), -1).trimmed(), expected + QLatin1Char(';'));
 }
 
 // The order of the sections and the markers that others look for.
