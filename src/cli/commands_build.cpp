@@ -32,10 +32,9 @@ BuildOutcome buildInput(const CliOptions &options, bool quietWithoutTerminal, in
     return outcome;
 }
 
-int runProgram(const QString &executable, const CliOptions &options)
+int runProgram(ProgramRunner &runner, const QString &executable, const CliOptions &options)
 {
     ProgressDisplay progress(options.verbosity, true);
-    ProgramRunner runner;
     QObject::connect(&runner, &ProgramRunner::finished, qApp, &QCoreApplication::quit);
     // The program works where the user is, as any command does.
     const QString error =
@@ -74,6 +73,8 @@ int runBuild(const CliOptions &options)
 int runRun(const CliOptions &options)
 {
     int code = ExitCode::failed;
+    ProgramRunner runner;
+    runner.warmUp();
     const BuildOutcome outcome = buildInput(options, true, &code);
-    return outcome.success ? runProgram(outcome.executable, options) : code;
+    return outcome.success ? runProgram(runner, outcome.executable, options) : code;
 }

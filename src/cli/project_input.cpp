@@ -30,6 +30,25 @@ int lineAtByte(const QByteArray &bytes, int offset)
     return bytes.left(offset).count('\n') + 1;
 }
 
+// The settings stand in an object of their own, or as keys "ProjectSettings/…" beside the others.
+ProgramIdentity identityOf(const QJsonObject &project)
+{
+    const QString group = QStringLiteral("ProjectSettings");
+    const QJsonObject settings = project.value(group).toObject();
+    const auto value = [&](const char *name) {
+        const QJsonValue flat = project.value(group + QLatin1Char('/') + QLatin1String(name));
+        return settings.value(QLatin1String(name)).toString(flat.toString());
+    };
+    ProgramIdentity identity;
+    identity.icon = value("icon");
+    identity.productName = value("productName");
+    identity.fileDescription = value("fileDescription");
+    identity.companyName = value("companyName");
+    identity.copyright = value("copyright");
+    identity.version = value("version");
+    return identity;
+}
+
 ProjectInput projectFile(const QString &path)
 {
     const SourceText source = readSourceFile(path, path);
@@ -54,6 +73,7 @@ ProjectInput projectFile(const QString &path)
     input.request.compilerType = object.value(QLatin1String("compiler")).toString();
     const QString backend = object.value(QLatin1String("uiBackend")).toString();
     input.request.uiBackend = backend == QLatin1String("advanced") ? QString() : backend;
+    input.request.identity = identityOf(object);
     return input;
 }
 

@@ -68,9 +68,9 @@ QString ProgramText::oneFile() const
     return text;
 }
 
-QString ProgramText::programOnly(const QString &runtimeHeader) const
+QString ProgramText::programOnly() const
 {
-    QString text = QStringLiteral("#include \"%1\"\n").arg(runtimeHeader);
+    QString text;
     for (const Part &part : m_parts) {
         if (part.kind == PartKind::Program)
             text += part.text;

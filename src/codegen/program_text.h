@@ -35,8 +35,8 @@ public:
 
     // The complete text, one translation unit.
     QString oneFile() const;
-    // The program's own parts behind an include of `runtimeHeader`.
-    QString programOnly(const QString &runtimeHeader) const;
+    // The program's own parts alone.
+    QString programOnly() const;
     // Whether a part of this program's own holds `text`; runtime parts are not searched.
     bool programContains(const QString &text) const;
     // Whether any part holds `text`.

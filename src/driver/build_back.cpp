@@ -3,9 +3,12 @@
 
 #include "driver/build_messages.h"
 #include "driver/gcc_output.h"
+#include "driver/output_copies.h"
 #include "driver/output_files.h"
+#include "driver/shell_icons.h"
 
 #include <QDir>
+#include <QFileInfo>
 #include <QLockFile>
 
 using BuildMessage::text;
@@ -22,9 +25,9 @@ public:
 
     void progress(int percent, const QString &message) override
     {
-        m_percent = qMax(m_percent, percent);
-        if (m_lastMessage == message)
+        if (m_lastMessage == message && percent <= m_percent)
             return;
+        m_percent = qMax(m_percent, percent);
         m_lastMessage = message;
         m_listener.progress(m_percent, message);
     }
@@ -85,6 +88,8 @@ ToolchainJob BuildPipeline::Run::toolchainJob() const
 {
     ToolchainJob job;
     job.program = m_outcome.program;
+    job.lineMap = m_lineMap;
+    job.resources = m_resources.resources;
     job.folder = OutputFiles::buildFolder(m_request);
     job.executable = m_outcome.executable;
     job.platform = m_request.platform;
@@ -102,6 +107,8 @@ bool BuildPipeline::Run::compile()
     if (!begin(80, BuildMessage::runningToolchain))
         return false;
     const ToolchainJob job = toolchainJob();
+    for (const QString &warning : qAsConst(m_resources.warnings))
+        report({Severity::Warning, QString(), 0, warning});
     // Two builds of one program take turns.
     QLockFile lock(job.folder + QLatin1String("/.vl_build.lock"));
     lock.setStaleLockTime(0);
@@ -112,7 +119,33 @@ bool BuildPipeline::Run::compile()
     RisingProgress rising(m_listener, m_percent);
     const std::unique_ptr<Toolchain> toolchain = m_pipeline.m_toolchains(m_request);
     const ToolchainResult result = toolchain->build(job, rising);
-    return result.success || reportToolchainFailure(result);
+    if (!result.success)
+        return reportToolchainFailure(result);
+    copyLibraryFiles();
+    refreshShellIcons();
+    return true;
+}
+
+void BuildPipeline::Run::copyLibraryFiles()
+{
+    const QString folder = QFileInfo(m_outcome.executable).path();
+    QStringList lines = OutputCopies::copyLibraries(m_libraryText.dlls, folder);
+    if (usesScriptEngine(m_outcome.program))
+        lines << OutputCopies::copyScriptEngine(m_request.quickjsRoot, folder);
+    for (const QString &line : qAsConst(lines))
+        m_listener.output(line);
+}
+
+// What the program finds beside it changes without a change of the program.
+void BuildPipeline::Run::completeOutput()
+{
+    const QString folder = QFileInfo(m_outcome.executable).path();
+    OutputCopies::removeIntermediates(OutputFiles::buildFolder(m_request), folder);
+    if (!m_request.hasProject)
+        return;
+    const QStringList lines = OutputCopies::copyProjectResources(m_request.projectPath, folder);
+    for (const QString &line : lines)
+        m_listener.output(line);
 }
 
 bool BuildPipeline::Run::reportToolchainFailure(const ToolchainResult &result)

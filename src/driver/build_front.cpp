@@ -61,7 +61,7 @@ bool BuildPipeline::Run::gather()
     return endIfErrors();
 }
 
-bool BuildPipeline::Run::checkText()
+bool BuildPipeline::Run::checkHandlers()
 {
     const QString firstFile = m_request.hasProject || m_request.activeFileName.isEmpty()
                                   ? QStringLiteral("main.vc")
@@ -71,7 +71,12 @@ bool BuildPipeline::Run::checkText()
         m_listener.output(duplicate);
         report({Severity::Error, QString(), 0, duplicate});
     }
-    if (!endIfErrors() || !begin(20, BuildMessage::lexing))
+    return endIfErrors();
+}
+
+bool BuildPipeline::Run::checkQuotation()
+{
+    if (!begin(20, BuildMessage::lexing))
         return false;
     const QuoteError quotes = checkQuotes(m_text);
     if (quotes.line > 0)
@@ -134,7 +139,7 @@ bool BuildPipeline::Run::checkTree()
 
 void BuildPipeline::Run::registerWindows()
 {
-    CodeGenerator &generator = m_pipeline.m_generator;
+    CodeGenerator &generator = m_pipeline.generator();
     generator.clear();
     generator.setUiBackend(m_request.uiBackend);
     generator.setUseBeautification(m_request.useBeautification);
@@ -162,8 +167,10 @@ bool BuildPipeline::Run::generate()
                 text(BuildMessage::unknownBackend).arg(m_request.uiBackend)});
         return endIfErrors();
     }
+    if (reuseProgram())
+        return true;
     registerWindows();
-    CodeGenerator &generator = m_pipeline.m_generator;
+    CodeGenerator &generator = m_pipeline.generator();
     generator.setClassRegistry(m_parser.classRegistry());
     m_outcome.program = generator.generate(m_tree.get());
     // Asked for now: the next generation starts its own list.
@@ -175,5 +182,27 @@ bool BuildPipeline::Run::generate()
                       declaresClasses ? QString() : generator.generateUserClasses(m_tree.get()));
     reportMessages(warnings, Severity::Warning);
     reportMessages(errors, Severity::Error);
-    return endIfErrors();
+    if (!endIfErrors())
+        return false;
+    keepProgram(warnings);
+    return true;
+}
+
+// The program of the last build, if nothing has changed since; a build that writes no executable
+// has no digest.
+bool BuildPipeline::Run::reuseProgram()
+{
+    const KeptProgram &kept = m_pipeline.m_kept;
+    if (m_hashes.digest.isEmpty() || kept.digest != m_hashes.digest || kept.source != m_text)
+        return false;
+    m_listener.output(text(BuildMessage::cachedProgram));
+    m_outcome.program = kept.program;
+    reportMessages(kept.warnings, Severity::Warning);
+    return true;
+}
+
+void BuildPipeline::Run::keepProgram(const QStringList &warnings)
+{
+    if (!m_hashes.digest.isEmpty())
+        m_pipeline.m_kept = {m_text, m_hashes.digest, m_outcome.program, warnings};
 }

@@ -22,11 +22,22 @@ constexpr char generating[] = "正在生成可执行程序的中间代码...";
 constexpr char compiling[] = "编译中...";
 constexpr char runningToolchain[] = "正在使用所选工具链编译...";
 constexpr char callingTool[] = "正在调用本机构建工具...";
+constexpr char linking[] = "正在链接程序...";
 constexpr char waitingForTool[] = "正在编译...（已等待 %1 秒）";
 constexpr char preparingRuntime[] = "首次使用，正在编译运行库（%1/%2）...";
 constexpr char preparingHeader[] = "首次使用，正在准备运行库声明...";
 constexpr char compiled[] = "编译成功";
 constexpr char succeeded[] = "成功: %1";
+
+// Builds that need not be done.
+constexpr char sameButFormat[] = "Only whitespace/format changes, skip compilation";
+constexpr char sameCode[] = "Code unchanged, skip compilation";
+constexpr char sameProgram[] = "生成码未变，跳过编译";
+constexpr char skippedFormat[] = "Skip compilation: only whitespace or format changes, use cache";
+constexpr char skippedCode[] = "Incremental compilation: code unchanged, use cache";
+constexpr char skippedProgram[] = "生成码无变化，使用已有 exe";
+constexpr char cachedProgram[] = "★ 使用缓存的生成代码（代码未变化）";
+constexpr char newGenerator[] = "★ 编译器版本已更新，清除旧缓存并重新编译";
 
 // Faults of the input.
 constexpr char sourceTooLarge[] =
@@ -71,6 +82,7 @@ constexpr char toolFailed[] = "本机构建失败，退出代码: %1";
 constexpr char toolDiskFull[] = "磁盘空间不足，无法完成编译。请清理磁盘后重试。";
 constexpr char noOutput[] = "编译器返回成功但输出文件未生成：%1";
 constexpr char splitFailed[] = "运行库缓存不可用（%1），已改为整体编译，耗时较长。";
+constexpr char cacheDamaged[] = "运行库缓存已损坏，正在重新生成。";
 constexpr char busyCache[] = "另一个编译正在准备运行库，等待其完成...";
 
 } // namespace BuildMessage

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "codegen/code_generator.h"
+#include "driver/build_hashes.h"
 #include "driver/build_listener.h"
 #include "driver/build_request.h"
 #include "driver/program_finish.h"
@@ -14,6 +15,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 
 // How a build ended.
 struct BuildOutcome
@@ -23,14 +25,15 @@ struct BuildOutcome
     QString output;            // what there is to say: "成功: ..." or the errors, one a line
     bool isCppFailure = false; // the toolchain refused the program
     QString executable;
-    ProgramText program; // the finished text, as far as the build came
+    ProgramText program; // the finished text, as far as the build came; empty if it was not needed
 };
 
 using ToolchainProvider = std::function<std::unique_ptr<Toolchain>(const CompilerBuildRequest &)>;
 
 // Values in, values out; problems go to the listener as they are found. One object serves build
-// after build and keeps the tokens of the last text. Needs a stack of at least 32 MB, since sources
-// nest.
+// after build and keeps the tokens and the program of the last text. A build whose executable is
+// there and would come out the same ends early, with success. Needs a stack of at least 32 MB,
+// since sources nest.
 class BuildPipeline
 {
 public:
@@ -39,18 +42,40 @@ public:
     // Other toolchains than those of the host, and a source of support libraries.
     void setToolchainProvider(ToolchainProvider provider) { m_toolchains = std::move(provider); }
     void setLibraryProvider(LibraryProvider provider) { m_libraries = std::move(provider); }
+    // For the builds that begin from now on.
+    void setDebugMode(bool on) { m_debug.isOn = on; }
+    void setBreakpoints(const CompilerDebugBreakpointsMap &breakpoints)
+    {
+        m_debug.breakpoints = breakpoints;
+    }
 
     // Never throws but for want of memory.
     BuildOutcome run(const CompilerBuildRequest &request, BuildListener &listener);
     // Drops what is kept between builds.
     void forget();
+    // What the last build of this request has left on disk.
+    CompilerFastSkipSnapshot fastSkipSnapshot(const CompilerBuildRequest &request) const;
 
 private:
     class Run;
+    // A program as generated, and what it was generated from.
+    struct KeptProgram
+    {
+        QString source;
+        QByteArray digest;
+        ProgramText program;
+        QStringList warnings;
+    };
+
+    // Made when it is first needed: it brings the catalogue of commands with it.
+    CodeGenerator &generator();
 
     ToolchainProvider m_toolchains;
     LibraryProvider m_libraries;
-    CodeGenerator m_generator;
+    DebugOptions m_debug;
+    std::optional<bool> m_lastDebugMode;
+    std::unique_ptr<CodeGenerator> m_generator;
+    KeptProgram m_kept;
     QString m_lexedText;
     QList<Lexer::Token> m_tokens;
 };

@@ -28,6 +28,18 @@ struct CompilerWindowBuildSpec
     bool isStartup = false;
 };
 
+// What a program tells about itself to the system that shows it. All may be empty or any text; a
+// relative path of the icon starts at the project's folder.
+struct ProgramIdentity
+{
+    QString icon;
+    QString productName;
+    QString fileDescription;
+    QString companyName;
+    QString copyright;
+    QString version;
+};
+
 // How far a build goes.
 enum class BuildGoal
 {
@@ -59,6 +71,7 @@ struct CompilerBuildRequest
     SourceLineMap lineMap;
     QList<CompilerWindowBuildSpec> windowSpecs;
     QList<VL::DesignComponent> components;
+    ProgramIdentity identity;
 
     BuildGoal goal = BuildGoal::Executable;
     // The runtime's definitions compiled once and kept; off: everything in one translation unit.

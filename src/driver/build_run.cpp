@@ -21,29 +21,51 @@ void BuildPipeline::forget()
 {
     m_lexedText.clear();
     m_tokens.clear();
+    m_kept = {};
+    m_lastDebugMode.reset();
+}
+
+CodeGenerator &BuildPipeline::generator()
+{
+    if (!m_generator)
+        m_generator = std::make_unique<CodeGenerator>();
+    return *m_generator;
 }
 
 BuildPipeline::Run::Run(BuildPipeline &pipeline, const CompilerBuildRequest &request,
                         BuildListener &listener)
-    : m_pipeline(pipeline), m_request(request), m_listener(listener)
+    : m_pipeline(pipeline), m_request(request), m_listener(listener), m_debug(pipeline.m_debug)
 {}
 
 BuildOutcome BuildPipeline::Run::execute()
 {
     using Stage = bool (Run::*)();
-    static const Stage front[] = {&Run::gather,    &Run::checkText, &Run::lex,          &Run::parse,
-                                  &Run::checkTree, &Run::generate,  &Run::finishProgram};
-    static const Stage back[] = {&Run::prepareFolder, &Run::compile};
+    struct Step
+    {
+        Stage run;
+        bool isForExecutable; // writes, or spares the executable's making
+    };
+    static const Step steps[] = {{&Run::gather, false},
+                                 {&Run::checkHandlers, false},
+                                 {&Run::skipSameSource, true},
+                                 {&Run::checkQuotation, false},
+                                 {&Run::lex, false},
+                                 {&Run::parse, false},
+                                 {&Run::checkTree, false},
+                                 {&Run::generate, false},
+                                 {&Run::finishProgram, false},
+                                 {&Run::prepareFolder, true},
+                                 {&Run::skipSameProgram, true},
+                                 {&Run::compile, true},
+                                 {&Run::storeHashes, true}};
 
-    for (const Stage stage : front) {
-        if (!(this->*stage)())
+    const bool wantsExecutable = m_request.goal == BuildGoal::Executable;
+    for (const Step &step : steps) {
+        if ((wantsExecutable || !step.isForExecutable) && !(this->*step.run)())
             return m_outcome;
     }
-    if (m_request.goal == BuildGoal::Executable) {
-        for (const Stage stage : back) {
-            if (!(this->*stage)())
-                return m_outcome;
-        }
+    if (wantsExecutable) {
+        completeOutput();
         m_outcome.output = text(BuildMessage::succeeded).arg(m_outcome.executable);
         m_listener.progress(100, text(BuildMessage::compiled));
     }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "driver/build_pipeline.h"
+#include "driver/build_record.h"
 #include "driver/source_merger.h"
 
 // A stage returns false when the build is over; the outcome then says how.
@@ -22,7 +23,8 @@ private:
 
     // build_front.cpp
     bool gather();
-    bool checkText();
+    bool checkHandlers();
+    bool checkQuotation();
     bool lex();
     bool parse();
     bool checkTree();
@@ -30,22 +32,40 @@ private:
     void registerWindows();
     void prescanClasses(Parser &parser) const;
     QStringList windowNames() const;
+    bool reuseProgram();
+    void keepProgram(const QStringList &warnings);
+
+    // build_skip.cpp
+    bool skipSameSource();
+    bool skipSameProgram();
+    bool storeHashes();
+    BuildRecord record() const;
+    bool mayKeepExecutable(const BuildRecord &known) const;
+    bool endUnchanged(const char *progress, const char *result);
+    QByteArray jobText() const;
 
     // build_back.cpp
     bool finishProgram();
     bool prepareFolder();
     bool compile();
     ToolchainJob toolchainJob() const;
+    void copyLibraryFiles();
+    void completeOutput();
     bool reportToolchainFailure(const ToolchainResult &result);
 
     BuildPipeline &m_pipeline;
     CompilerBuildRequest m_request;
     BuildListener &m_listener;
+    const DebugOptions m_debug; // as the build began, whatever the shell sets meanwhile
     QString m_text;
     SourceLineMap m_lineMap;
     Parser m_parser;
     std::unique_ptr<Parser::ASTNode> m_tree;
     LibraryContribution m_libraryText;
+    GatheredResources m_resources;
+    BuildHashes m_hashes;
+    QString m_cleanedProgram; // as the next build compares it
+    QByteArray m_jobText;
     QStringList m_errors;
     int m_percent = 0;
     BuildOutcome m_outcome;

@@ -257,13 +257,10 @@ void Compiler::slotSetBuildConfig(const QString &config)
 
 void Compiler::slotSetDebugBreakpoints(const CompilerDebugBreakpointsMap &breakpoints)
 {
-    m_breakpoints = breakpoints;
+    m_pipeline.setBreakpoints(breakpoints);
 }
 
 CompilerFastSkipSnapshot Compiler::slotPeekFastSkipSnapshot()
 {
-    CompilerFastSkipSnapshot snapshot;
-    snapshot.executablePath = programPath();
-    snapshot.executableExists = QFileInfo(snapshot.executablePath).isFile();
-    return snapshot;
+    return m_pipeline.fastSkipSnapshot(m_request);
 }

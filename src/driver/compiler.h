@@ -46,7 +46,7 @@ public slots:
     void slotShutdownDestroy();
     void slotSetTargetPlatform(const QString &platform);
     void slotSetBuildConfig(const QString &config);
-    void slotSetDebugMode(bool on) { m_debugMode = on; }
+    void slotSetDebugMode(bool on) { m_pipeline.setDebugMode(on); }
     void slotSetDebugBreakpoints(const CompilerDebugBreakpointsMap &breakpoints);
     CompilerFastSkipSnapshot slotPeekFastSkipSnapshot();
     void pollRunProcesses();
@@ -88,9 +88,7 @@ private:
     QString m_lastExecutable;
     std::vector<RunRecord> m_runs;
     QTimer m_pollTimer;
-    CompilerDebugBreakpointsMap m_breakpoints;
     std::atomic_bool m_cancelled{false};
     std::atomic_bool m_compiling{false};
-    bool m_debugMode = false;
     bool m_shuttingDown = false;
 };

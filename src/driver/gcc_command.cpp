@@ -29,20 +29,20 @@ QStringList compileFlags(bool isDebug)
     return withLanguage(isDebug ? QStringLiteral("-O0") : QStringLiteral("-O2"));
 }
 
-QStringList runtimeFlags()
+QString stackSize()
 {
-    return compileFlags(false);
+    return QStringLiteral("16777216");
 }
 
-QStringList linkFlags(bool isDebug)
+QStringList linkFlags()
 {
-    // Functions that call themselves are a beginner's first loops: a deep stack lets them.
-    QStringList flags{QStringLiteral("-municode"),         QStringLiteral("-mwindows"),
-                      QStringLiteral("-static"),           QStringLiteral("-static-libgcc"),
-                      QStringLiteral("-static-libstdc++"), QStringLiteral("-Wl,--stack,16777216")};
-    if (!isDebug)
-        flags << QStringLiteral("-s");
-    return flags;
+    return {QStringLiteral("-municode"),
+            QStringLiteral("-mwindows"),
+            QStringLiteral("-static"),
+            QStringLiteral("-static-libgcc"),
+            QStringLiteral("-static-libstdc++"),
+            QLatin1String("-Wl,--stack,") + stackSize(),
+            QStringLiteral("-s")};
 }
 
 QStringList libraryFlags(const QStringList &extra)

@@ -4,6 +4,7 @@
 #include "driver/gcc_command.h"
 #include "driver/mingw_script.h"
 #include "driver/output_files.h"
+#include "driver/resource_build.h"
 #include "driver/tool_process.h"
 
 #include <QCoreApplication>
@@ -85,6 +86,7 @@ private:
     void say(const char *message, const QString &argument = QString());
     bool findTools();
     bool writeSource();
+    bool makeResources();
     void choosePaths();
     bool writeScript();
     bool runScript();
@@ -129,6 +131,25 @@ bool ScriptBuild::writeSource()
     return false;
 }
 
+// The object is named by its path on the command line of the program.
+bool ScriptBuild::makeResources()
+{
+    ResourceBuild resources(m_job.folder, m_job.resources, m_script.resourceCompiler);
+    ToolWatch watch;
+    watch.goOn = [this](qint64) { return !m_listener.isCancelled(); };
+    const bool made =
+        resources.prepare() &&
+        (!resources.mustRun() || resources.finish(runTool(resources.command(), watch)));
+    m_result.cancelled = m_listener.isCancelled();
+    m_result.message = resources.error();
+    const QString object = m_job.folder + QLatin1Char('/') + ResourceBuild::object();
+    const QString plain = m_script.folder + QLatin1String("/app_resource.o");
+    if (made && !isAscii(object))
+        QFile::copy(object, plain);
+    m_script.archives << (isAscii(object) ? object : plain);
+    return made;
+}
+
 // The tools do not open every path that Windows does: what is not ASCII goes through the working
 // folder.
 void ScriptBuild::choosePaths()
@@ -165,8 +186,8 @@ bool ScriptBuild::writeScript()
     m_script.includeFolders = m_job.includeFolders;
     m_script.libraryFolders = m_job.libraryFolders;
     m_script.libraries = m_job.linkLibraries;
-    m_script.extraFlags = GccCommand::compileFlags(m_job.isDebug) +
-                          GccCommand::linkFlags(m_job.isDebug) + GccCommand::libraryFlags({});
+    m_script.extraFlags = GccCommand::compileFlags(m_job.isDebug) + GccCommand::linkFlags() +
+                          GccCommand::libraryFlags({});
     m_scriptFile = m_script.folder + QLatin1String("/mingw_compile.bat");
     const QString script = mingwScriptText(m_script);
     const QTextCodec *codec = QTextCodec::codecForName("GBK");
@@ -249,7 +270,7 @@ ToolchainResult ScriptBuild::run()
     if (!findTools() || !writeSource())
         return m_result;
     choosePaths();
-    m_result.success = writeScript() && runScript() && takeOutput();
+    m_result.success = makeResources() && writeScript() && runScript() && takeOutput();
     removeFiles(m_job.folder,
                 {QStringLiteral("*.o"), QStringLiteral("*.bat"), QStringLiteral("*.rc"),
                  QStringLiteral("*.exp"), QStringLiteral("*.lib"), QStringLiteral("*.a"),

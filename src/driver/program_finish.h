@@ -16,6 +16,7 @@ struct LibraryContribution
     QStringList linkLibraries;
     QStringList includeFolders;
     QStringList libraryFolders;
+    QStringList dlls; // full paths; the program needs them beside it
 };
 
 // What the driver knows of the libraries that a program needs.

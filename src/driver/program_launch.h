@@ -12,6 +12,8 @@ public:
     Launch();
     ~Launch();
 
+    // Begins what takes time and does not depend on the program.
+    void warmUp();
     // Finds out how to start `executable`; empty on success, else a Chinese sentence.
     QString prepare(const QString &executable, const QStringList &arguments,
                     const Progress &progress);

@@ -34,6 +34,12 @@ ProgramRunner::Launch::Launch() : d(std::make_unique<Private>()) {}
 
 ProgramRunner::Launch::~Launch() = default;
 
+void ProgramRunner::Launch::warmUp()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY"))
+        d->display.begin();
+}
+
 QString ProgramRunner::Launch::prepare(const QString &executable, const QStringList &given,
                                        const Progress &progress)
 {

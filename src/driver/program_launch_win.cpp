@@ -20,6 +20,8 @@ ProgramRunner::Launch::~Launch()
     CloseHandle(d->job);
 }
 
+void ProgramRunner::Launch::warmUp() {}
+
 QString ProgramRunner::Launch::prepare(const QString &executable, const QStringList &given,
                                        const Progress &)
 {

@@ -39,10 +39,17 @@ ProgramRunner::~ProgramRunner()
         stop();
 }
 
+void ProgramRunner::warmUp()
+{
+    m_launch = std::make_unique<Launch>();
+    m_launch->warmUp();
+}
+
 QString ProgramRunner::start(const QString &executable, const QStringList &arguments,
                              const QString &folder, Channels channels, const Progress &progress)
 {
-    m_launch = std::make_unique<Launch>();
+    if (!m_launch)
+        m_launch = std::make_unique<Launch>();
     QString error = m_launch->prepare(executable, arguments, progress);
     if (!error.isEmpty())
         return error;

@@ -28,6 +28,9 @@ public:
     // Ends the program.
     ~ProgramRunner() override;
 
+    // To be called ahead of a build whose program is to be started: what takes time goes on beside
+    // the build.
+    void warmUp();
     // Starts `executable` in `folder`. Empty on success, else a Chinese sentence.
     QString start(const QString &executable, const QStringList &arguments, const QString &folder,
                   Channels channels, const Progress &progress = {});

@@ -1,17 +1,18 @@
 #include "driver/runtime_cache.h"
 
 #include "driver/build_messages.h"
-#include "driver/gcc_command.h"
-#include "driver/tool_process.h"
+#include "driver/checked_file.h"
+#include "driver/output_files.h"
 
+#include <QCoreApplication>
 #include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
 #include <QLockFile>
 #include <QMap>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QThread>
@@ -21,7 +22,12 @@ namespace {
 using BuildMessage::text;
 
 const QString kHeader = QStringLiteral("vl_runtime.h");
-const QString kPrecompiled = QStringLiteral("vl_runtime.h.gch");
+// In a folder of the user's cache: the shipped runtime of that name is damaged.
+const QString kDistrusted = QStringLiteral("/shipped-is-damaged");
+
+// The runtimes of older versions and other tools go, those unused for longest first, when all
+// together take more than this.
+constexpr qint64 maxCacheBytes = qint64(768) << 20;
 
 QString hashOf(const QStringList &texts)
 {
@@ -33,67 +39,41 @@ QString hashOf(const QStringList &texts)
     return QString::fromLatin1(hash.result().toHex().left(16));
 }
 
-// Another compiler under the same name must not meet objects of the old one.
-QString identityOf(const QString &program)
-{
-    const QFileInfo info(QFileInfo(program).canonicalFilePath());
-    return info.filePath() + QLatin1Char('|') + QString::number(info.size()) + QLatin1Char('|') +
-           QString::number(info.lastModified().toMSecsSinceEpoch());
-}
-
-bool writeFile(const QString &path, const QByteArray &bytes)
-{
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit();
-}
-
-// A stamp beside a file tells its size: a file without one, or of another size, is not whole.
-QString stampOf(const QString &path)
-{
-    return path + QLatin1String(".ok");
-}
-
-bool isWhole(const QString &path)
-{
-    QFile stamp(stampOf(path));
-    const QFileInfo info(path);
-    return info.isFile() && stamp.open(QIODevice::ReadOnly) &&
-           stamp.readAll() == QByteArray::number(info.size());
-}
-
-bool stampFile(const QString &path)
-{
-    return writeFile(stampOf(path), QByteArray::number(QFileInfo(path).size()));
-}
-
-bool moveInto(const QString &from, const QString &to)
-{
-    QFile::remove(to);
-    return QFile::rename(from, to) && stampFile(to);
-}
-
 // When a runtime was last used; told by the time of a file, set at most once a day.
 void noteUse(const QString &folder)
 {
     const QString path = folder + QLatin1String("/used");
     const QFileInfo info(path);
     if (!info.exists() || info.lastModified().daysTo(QDateTime::currentDateTime()) > 0)
-        writeFile(path, QByteArray());
+        OutputFiles::write(path, QByteArray());
 }
 
-// A precompiled header is large: of the runtimes of older versions only the last used ones stay.
-void dropOldRuntimes(const QString &root)
+qint64 bytesUnder(const QString &folder)
 {
-    constexpr int kept = 4;
-    QMap<QDateTime, QString> byUse;
+    qint64 bytes = 0;
+    QDirIterator files(folder, QDir::Files, QDirIterator::Subdirectories);
+    while (files.hasNext()) {
+        files.next();
+        bytes += files.fileInfo().size();
+    }
+    return bytes;
+}
+
+void dropOldRuntimes(const QString &root, const QString &kept)
+{
+    QMultiMap<QDateTime, QString> byUse;
+    qint64 bytes = 0;
     const QFileInfoList folders = QDir(root).entryInfoList(QDir::Dirs | QDir::NoDotAndDotDot);
     for (const QFileInfo &folder : folders) {
+        bytes += bytesUnder(folder.filePath());
         const QFileInfo used(folder.filePath() + QLatin1String("/used"));
-        if (used.exists())
+        if (used.exists() && folder.fileName() != kept)
             byUse.insert(used.lastModified(), folder.filePath());
     }
-    while (byUse.size() > kept)
-        QDir(byUse.take(byUse.firstKey())).removeRecursively();
+    for (auto oldest = byUse.begin(); oldest != byUse.end() && bytes > maxCacheBytes; ++oldest) {
+        bytes -= bytesUnder(*oldest);
+        QDir(*oldest).removeRecursively();
+    }
 }
 
 // Work folders of processes that were killed; called with the lock held, so nobody is in them.
@@ -105,12 +85,38 @@ void dropAbandonedWork(const QString &folder)
         QDir(abandoned.filePath()).removeRecursively();
 }
 
+// The files of one runtime in one folder.
+struct RuntimeFiles
+{
+    QString include(bool isDebug) const
+    {
+        return folder + (isDebug ? QLatin1String("/debug") : QLatin1String("/release"));
+    }
+    QString header(bool isDebug) const { return include(isDebug) + QLatin1Char('/') + kHeader; }
+    QString precompiled(bool isDebug) const { return header(isDebug) + suffix; }
+    QString archive() const { return folder + QLatin1Char('/') + archiveName; }
+    bool hasHeader(bool isDebug) const
+    {
+        // Clang's form knows where the header lies.
+        return CheckedFile::isWhole(header(isDebug)) &&
+               CheckedFile::isWhole(precompiled(isDebug), header(isDebug));
+    }
+    bool isReady(bool isDebug) const
+    {
+        return CheckedFile::isWhole(archive()) && hasHeader(isDebug);
+    }
+
+    QString folder;
+    QString suffix;
+    QString archiveName;
+};
+
 // One pass over the cache for one program; holds the lock while it makes something.
 class Preparation
 {
 public:
-    Preparation(const QString &root, const ProgramText &program, const GccTools &tools,
-                bool isDebug, BuildListener &listener);
+    Preparation(const QString &root, const QString &shippedRoot, const ProgramText &program,
+                const CppTools &tools, bool isDebug, BuildListener &listener);
 
     PreparedRuntime run();
 
@@ -122,30 +128,31 @@ private:
         QString path;
     };
 
-    bool isReady() const;
-    PreparedRuntime ready() const;
+    PreparedRuntime ready(const RuntimeFiles &files) const;
     PreparedRuntime failed(const QString &error) const;
     bool lock(QLockFile &lock);
-    bool makeHeader(const QString &workFolder, const QString &folder, bool isDebug);
+    bool makeAll();
+    bool makeHeader(const QString &workFolder, bool isDebug);
     bool makeObjects(const QString &workFolder);
     bool makeArchive(const QString &workFolder);
     bool runStep(const QList<ToolCommand> &commands, const std::function<void(int)> &finished);
     void announce(const QString &message) { m_listener.progress(80, message); }
 
-    const GccTools &m_tools;
+    const CppTools &m_tools;
     BuildListener &m_listener;
     QString m_headerText;
-    QString m_folder;        // of this runtime's declarations and compiler
-    QString m_includeFolder; // one for each level of optimisation
-    QString m_archive;
+    QString m_name; // of the folder: tells the tools and the declarations
+    RuntimeFiles m_own;
+    RuntimeFiles m_shipped;
     QList<Object> m_objects;
     QString m_error;
     bool m_isDebug;
     bool m_cancelled = false;
 };
 
-Preparation::Preparation(const QString &root, const ProgramText &program, const GccTools &tools,
-                         bool isDebug, BuildListener &listener)
+Preparation::Preparation(const QString &root, const QString &shippedRoot,
+                         const ProgramText &program, const CppTools &tools, bool isDebug,
+                         BuildListener &listener)
     : m_tools(tools), m_listener(listener), m_isDebug(isDebug)
 {
     m_headerText = QStringLiteral("#ifndef VL_RUNTIME_H\n#define VL_RUNTIME_H\n");
@@ -156,35 +163,40 @@ Preparation::Preparation(const QString &root, const ProgramText &program, const 
             m_objects << Object{part.name, part.text, QString()};
     }
     m_headerText += QStringLiteral("\n#endif\n");
-    const QString declarations = hashOf({m_headerText, identityOf(tools.compiler), tools.prefix,
-                                         GccCommand::runtimeFlags().join(QLatin1Char(' '))});
-    m_folder = root + QLatin1Char('/') + declarations;
-    m_includeFolder = m_folder + (isDebug ? QLatin1String("/debug") : QLatin1String("/release"));
+    const QString flags = (tools.runtimeFlags() + tools.compileFlags(true)).join(QLatin1Char(' '));
+    m_name = tools.name() + QLatin1Char('-') + hashOf({m_headerText, tools.identity(), flags});
+    m_own.folder = root + QLatin1Char('/') + m_name;
+    m_own.suffix = tools.precompiledSuffix();
     QStringList objectNames;
     for (Object &object : m_objects) {
-        object.path =
-            QStringLiteral("%1/%2-%3.o").arg(m_folder, object.name, hashOf({object.source}));
-        objectNames << object.path;
+        const QString name = QStringLiteral("%1-%2.o").arg(object.name, hashOf({object.source}));
+        object.path = m_own.folder + QLatin1Char('/') + name;
+        objectNames << name;
     }
-    m_archive = QStringLiteral("%1/libvlruntime-%2.a").arg(m_folder, hashOf(objectNames));
+    m_own.archiveName = QStringLiteral("libvlruntime-%1.a").arg(hashOf(objectNames));
+    m_shipped = m_own;
+    m_shipped.folder = shippedRoot + QLatin1Char('/') + m_name;
 }
 
-bool Preparation::isReady() const
+PreparedRuntime Preparation::ready(const RuntimeFiles &files) const
 {
-    return isWhole(m_archive) && isWhole(m_includeFolder + QLatin1Char('/') + kHeader) &&
-           isWhole(m_includeFolder + QLatin1Char('/') + kPrecompiled);
-}
-
-PreparedRuntime Preparation::ready() const
-{
-    noteUse(m_folder);
-    return {PreparedRuntime::State::Ready, m_includeFolder, kHeader, m_archive, QString()};
+    PreparedRuntime runtime;
+    runtime.state = PreparedRuntime::State::Ready;
+    runtime.key = m_name;
+    runtime.includeFolder = files.include(m_isDebug);
+    runtime.header = kHeader;
+    runtime.precompiled = files.precompiled(m_isDebug);
+    runtime.archive = files.archive();
+    return runtime;
 }
 
 PreparedRuntime Preparation::failed(const QString &error) const
 {
-    return {m_cancelled ? PreparedRuntime::State::Cancelled : PreparedRuntime::State::Unusable,
-            QString(), QString(), QString(), error};
+    PreparedRuntime runtime;
+    runtime.state =
+        m_cancelled ? PreparedRuntime::State::Cancelled : PreparedRuntime::State::Unusable;
+    runtime.error = error.isEmpty() ? QDir::toNativeSeparators(m_own.folder) : error;
+    return runtime;
 }
 
 // Whoever else is at it makes what is wanted here too: waiting is right, however long it takes.
@@ -214,8 +226,7 @@ bool Preparation::runStep(const QList<ToolCommand> &commands,
     watch.finished = finished;
     const QList<ToolRun> runs = runTools(commands, QThread::idealThreadCount(), watch);
     m_cancelled = m_listener.isCancelled();
-    for (int i = 0; i < runs.size(); ++i) {
-        const ToolRun &run = runs.at(i);
+    for (const ToolRun &run : runs) {
         if (run.succeeded() || run.end == ToolRun::End::Cancelled)
             continue;
         const QString firstLine = run.output.section(QLatin1Char('\n'), 0, 0).left(200);
@@ -226,21 +237,20 @@ bool Preparation::runStep(const QList<ToolCommand> &commands,
     return !m_cancelled;
 }
 
-bool Preparation::makeHeader(const QString &workFolder, const QString &folder, bool isDebug)
+bool Preparation::makeHeader(const QString &workFolder, bool isDebug)
 {
-    const QString header = folder + QLatin1Char('/') + kHeader;
-    const QString precompiled = folder + QLatin1Char('/') + kPrecompiled;
-    if (isWhole(header) && isWhole(precompiled))
+    if (m_own.hasHeader(isDebug))
         return true;
     announce(text(BuildMessage::preparingHeader));
-    if (!QDir().mkpath(folder) || !writeFile(header, m_headerText.toUtf8()) || !stampFile(header))
+    const QString header = m_own.header(isDebug);
+    if (!QDir().mkpath(m_own.include(isDebug)) ||
+        !CheckedFile::write(header, m_headerText.toUtf8()))
         return false;
-    QFile::remove(stampOf(precompiled));
-    const QString made = workFolder + QLatin1Char('/') + kPrecompiled;
-    const QStringList arguments = GccCommand::compileFlags(isDebug) +
-                                  QStringList{QStringLiteral("-x"), QStringLiteral("c++-header"),
-                                              header, QStringLiteral("-o"), made};
-    return runStep({{m_tools.compiler, arguments, workFolder}}, {}) && moveInto(made, precompiled);
+    const QString made = workFolder + QLatin1Char('/') + kHeader + m_own.suffix;
+    const ToolCommand command{m_tools.compiler(), m_tools.headerArguments(header, made, isDebug),
+                              workFolder};
+    return runStep({command}, {}) &&
+           CheckedFile::moveInto(made, m_own.precompiled(isDebug), header);
 }
 
 bool Preparation::makeObjects(const QString &workFolder)
@@ -248,78 +258,83 @@ bool Preparation::makeObjects(const QString &workFolder)
     QList<ToolCommand> commands;
     QList<Object> missing;
     for (const Object &object : qAsConst(m_objects)) {
-        if (isWhole(object.path))
+        if (CheckedFile::isWhole(object.path))
             continue;
         const QString source = QStringLiteral("%1/%2.cpp").arg(workFolder, object.name);
-        if (!writeFile(source,
-                       (QStringLiteral("#include \"%1\"\n").arg(kHeader) + object.source).toUtf8()))
+        const QString include = QStringLiteral("#include \"%1\"\n").arg(kHeader);
+        if (!OutputFiles::write(source, (include + object.source).toUtf8()))
             return false;
-        commands << ToolCommand{m_tools.compiler,
-                                GccCommand::runtimeFlags() +
-                                    QStringList{QStringLiteral("-I"),
-                                                m_folder + QLatin1String("/release"),
-                                                QStringLiteral("-c"), source, QStringLiteral("-o"),
+        commands << ToolCommand{m_tools.compiler(),
+                                m_tools.runtimeFlags() +
+                                    m_tools.precompiledArguments(m_own.include(false), kHeader) +
+                                    QStringList{QStringLiteral("-c"), source, QStringLiteral("-o"),
                                                 source + QLatin1String(".o")},
                                 workFolder};
         missing << object;
     }
-    if (missing.isEmpty())
-        return true;
     int done = 0;
     const auto tell = [&] {
         announce(text(BuildMessage::preparingRuntime).arg(done).arg(missing.size()));
     };
-    tell();
-    const bool made = runStep(commands, [&](int index) {
+    if (!missing.isEmpty())
+        tell();
+    return runStep(commands, [&](int index) {
         ++done;
         const Object &object = missing.at(index);
-        moveInto(QStringLiteral("%1/%2.cpp.o").arg(workFolder, object.name), object.path);
+        CheckedFile::moveInto(QStringLiteral("%1/%2.cpp.o").arg(workFolder, object.name),
+                              object.path);
         tell();
     });
-    return made;
 }
 
 bool Preparation::makeArchive(const QString &workFolder)
 {
-    if (isWhole(m_archive))
+    if (CheckedFile::isWhole(m_own.archive()))
         return true;
+    // The objects are compiled through the header of the release form, whoever links them.
+    if (!makeHeader(workFolder, false) || !makeObjects(workFolder))
+        return false;
     const QString made = workFolder + QLatin1String("/made.a");
     QStringList arguments{QStringLiteral("crs"), made};
     for (const Object &object : qAsConst(m_objects))
         arguments << object.path;
-    return runStep({{m_tools.archiver, arguments, workFolder}}, {}) && moveInto(made, m_archive);
+    return runStep({{m_tools.archiver(), arguments, workFolder}}, {}) &&
+           CheckedFile::moveInto(made, m_own.archive());
+}
+
+bool Preparation::makeAll()
+{
+    dropAbandonedWork(m_own.folder);
+    const QTemporaryDir work(m_own.folder + QLatin1String("/work-XXXXXX"));
+    m_error = work.errorString();
+    return work.isValid() && makeArchive(work.path()) && makeHeader(work.path(), m_isDebug) &&
+           m_own.isReady(m_isDebug);
 }
 
 PreparedRuntime Preparation::run()
 {
-    if (isReady())
-        return ready();
-    if (!QDir().mkpath(m_folder))
-        return failed(QDir::toNativeSeparators(m_folder));
-    const QString lockPath = m_folder + QLatin1String("/lock");
-    QLockFile lockFile(lockPath);
-    if (!lock(lockFile))
-        return failed(QDir::toNativeSeparators(lockPath));
-    if (isReady())
-        return ready();
-    dropAbandonedWork(m_folder);
-    const QTemporaryDir work(m_folder + QLatin1String("/work-XXXXXX"));
-    if (!work.isValid())
-        return failed(work.errorString());
-    const QString releaseFolder = m_folder + QLatin1String("/release");
-    // The objects are compiled through the header of the release form, whoever links them.
-    const bool made = (isWhole(m_archive) || makeHeader(work.path(), releaseFolder, false)) &&
-                      makeObjects(work.path()) && makeArchive(work.path()) &&
-                      makeHeader(work.path(), m_includeFolder, m_isDebug);
-    if (!made || !isReady())
-        return failed(m_error);
-    dropOldRuntimes(QFileInfo(m_folder).path());
-    return ready();
+    if (!QFileInfo::exists(m_own.folder + kDistrusted) && m_shipped.isReady(m_isDebug))
+        return ready(m_shipped);
+    if (!m_own.isReady(m_isDebug)) {
+        if (!QDir().mkpath(m_own.folder))
+            return failed(QDir::toNativeSeparators(m_own.folder));
+        const QString lockPath = m_own.folder + QLatin1String("/lock");
+        QLockFile lockFile(lockPath);
+        if (!lock(lockFile))
+            return failed(QDir::toNativeSeparators(lockPath));
+        if (!m_own.isReady(m_isDebug) && !makeAll())
+            return failed(m_error);
+        dropOldRuntimes(QFileInfo(m_own.folder).path(), m_name);
+    }
+    noteUse(m_own.folder);
+    return ready(m_own);
 }
 
 } // namespace
 
-RuntimeCache::RuntimeCache(const QString &folder) : m_folder(folder) {}
+RuntimeCache::RuntimeCache(const QString &folder, const QString &shippedFolder)
+    : m_folder(folder), m_shippedFolder(shippedFolder)
+{}
 
 QString RuntimeCache::defaultFolder()
 {
@@ -330,8 +345,30 @@ QString RuntimeCache::defaultFolder()
            QLatin1String("/voreldesk/runtime");
 }
 
-PreparedRuntime RuntimeCache::prepare(const ProgramText &program, const GccTools &tools,
+QString RuntimeCache::defaultShippedFolder()
+{
+    if (qEnvironmentVariableIsSet("VOREL_RUNTIME_DIR"))
+        return QDir(qEnvironmentVariable("VOREL_RUNTIME_DIR")).absolutePath();
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() +
+                           QLatin1String("/../share/voreldesk/runtime"));
+}
+
+PreparedRuntime RuntimeCache::prepare(const ProgramText &program, const CppTools &tools,
                                       bool isDebug, BuildListener &listener) const
 {
-    return Preparation(m_folder, program, tools, isDebug, listener).run();
+    return Preparation(m_folder, m_shippedFolder, program, tools, isDebug, listener).run();
+}
+
+bool RuntimeCache::verify(const PreparedRuntime &runtime) const
+{
+    bool whole = true;
+    for (const QString &file : {runtime.includeFolder + QLatin1Char('/') + runtime.header,
+                                runtime.precompiled, runtime.archive})
+        whole = CheckedFile::verify(file) && whole;
+    if (!whole && runtime.archive.startsWith(m_shippedFolder + QLatin1Char('/'))) {
+        const QString folder = m_folder + QLatin1Char('/') + runtime.key;
+        QDir().mkpath(folder);
+        OutputFiles::write(folder + kDistrusted, QByteArray());
+    }
+    return whole;
 }

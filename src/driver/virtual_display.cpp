@@ -15,11 +15,11 @@ VirtualDisplay::~VirtualDisplay()
     }
 }
 
-QString VirtualDisplay::start()
+void VirtualDisplay::begin()
 {
     const QString program = QStandardPaths::findExecutable(QStringLiteral("Xvfb"));
-    if (program.isEmpty())
-        return RunMessage::text(RunMessage::noDisplay);
+    if (program.isEmpty() || m_server.state() != QProcess::NotRunning)
+        return;
     m_server.setStandardInputFile(QProcess::nullDevice());
     m_server.setStandardErrorFile(QProcess::nullDevice());
     // The server picks a free number and prints it once it takes connections.
@@ -27,6 +27,13 @@ QString VirtualDisplay::start()
                              QStringLiteral("-screen"), QStringLiteral("0"),
                              QStringLiteral("1280x1024x24"), QStringLiteral("-nolisten"),
                              QStringLiteral("tcp"), QStringLiteral("-noreset")});
+}
+
+QString VirtualDisplay::start()
+{
+    begin();
+    if (m_server.program().isEmpty())
+        return RunMessage::text(RunMessage::noDisplay);
     QByteArray number;
     while (!number.contains('\n')) {
         if (!m_server.waitForReadyRead(15000))

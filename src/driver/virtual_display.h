@@ -10,7 +10,9 @@ class VirtualDisplay
 public:
     ~VirtualDisplay();
 
-    // Empty on success, else a Chinese sentence.
+    // Has the server come up while something else is done.
+    void begin();
+    // Waits until it takes connections. Empty on success, else a Chinese sentence.
     QString start();
     // ":99" and the like; empty when none was started.
     const QString &name() const { return m_name; }

@@ -22,7 +22,7 @@ const QString kStamp = QStringLiteral("/voreldesk-ready");
 const QByteArray kStampText = "1";
 
 // The server stays for a while, so that the next program starts in a blink.
-const QString kServerStay = QStringLiteral("-p300");
+const QString kServerStay = QStringLiteral("-p1800");
 
 QString firstExecutable(const QStringList &paths, const QString &name)
 {

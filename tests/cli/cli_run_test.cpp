@@ -17,6 +17,7 @@ class CliRunTest : public QObject
 private slots:
     void initTestCase();
     void buildPrintsThePath();
+    void buildsOnlyWhatChanged();
     void runPassesOutputAndCode();
     void runsInAFolderOfAnyName();
     void interruptLeavesNothing();
@@ -48,6 +49,29 @@ void CliRunTest::buildPrintsThePath()
     QVERIFY(path.endsWith(QStringLiteral("/三.exe")));
     QVERIFY(QFileInfo(path).isFile());
     QVERIFY(result.err.contains(QStringLiteral("[100%] 编译成功")));
+}
+
+// Two greetings that differ in the blanks of a string are two programs; two layouts are one.
+void CliRunTest::buildsOnlyWhatChanged()
+{
+    const QString file = QStringLiteral("变.vc");
+    const auto builds = [&](const QByteArray &source, const QStringList &options = {}) {
+        writeFile(m_dir.filePath(file), source);
+        const Result result = call(QStringList{QStringLiteral("build"), file} + options);
+        return result.code == 0 && !result.out.isEmpty() &&
+               result.err.contains(QStringLiteral("[100%] 编译成功"));
+    };
+    const QByteArray source("函数 主函数() {\n    输出(\"a b\")\n}\n");
+    const QByteArray wider = QByteArray(source).replace("a b", "a  b");
+    QVERIFY(builds(source));
+    QVERIFY(!builds(source));
+    QVERIFY(!builds("// 新\n\n" + QByteArray(source).replace("    ", "\t")));
+    QVERIFY(builds(wider));
+    const Result run = call({QStringLiteral("run"), file});
+    QCOMPARE(run.out.trimmed(), QByteArray("a  b"));
+    QVERIFY(builds(wider, {QStringLiteral("--rebuild")}));
+    QVERIFY(call({QStringLiteral("clean"), file}).out.trimmed().toInt() > 0);
+    QVERIFY(builds(wider));
 }
 
 void CliRunTest::runPassesOutputAndCode()

@@ -56,7 +56,7 @@ void CompilerTest::useFakeTools(Compiler &compiler, const QByteArray &mode)
     compiler.pipeline().setToolchainProvider([](const CompilerBuildRequest &) {
         auto toolchain = std::make_unique<CrossToolchain>(false);
         const QString tool = QStringLiteral(VOREL_FAKE_TOOL);
-        toolchain->setTools({tool, tool, tool, QStringLiteral("fake")});
+        toolchain->setTools({CppTools::gccAt(tool, tool, tool, QStringLiteral("fake"))});
         return toolchain;
     });
 }
@@ -83,21 +83,28 @@ void CompilerTest::tellsStagesInOrder()
     compiler.applyBuildAndCompile(projectRequest(program));
     QCOMPARE(started.size(), 1);
     QStringList steps;
-    for (const QList<QVariant> &step : progress)
-        steps << step.at(0).toString() + QLatin1Char(' ') + step.at(1).toString();
+    int percent = 0;
+    for (const QList<QVariant> &step : progress) {
+        QVERIFY(step.at(0).toInt() >= percent);
+        percent = step.at(0).toInt();
+        // A stage goes on under one message.
+        if (steps.isEmpty() || !steps.last().endsWith(step.at(1).toString()))
+            steps << QString::number(percent) + QLatin1Char(' ') + step.at(1).toString();
+    }
     QCOMPARE(
         steps,
-        (QStringList{
-            QStringLiteral("10 解析源代码..."), QStringLiteral("14 准备源码与工程输入..."),
-            QStringLiteral("20 词法分析..."), QStringLiteral("30 语法分析..."),
-            QStringLiteral("45 语法检查..."), QStringLiteral("50 正在生成可执行程序的中间代码..."),
-            QStringLiteral("60 编译中..."), QStringLiteral("80 正在使用所选工具链编译..."),
-            QStringLiteral("80 正在调用本机构建工具..."), QStringLiteral("100 编译成功")}));
+        (QStringList{QStringLiteral("10 解析源代码..."), QStringLiteral("14 准备源码与工程输入..."),
+                     QStringLiteral("20 词法分析..."), QStringLiteral("30 语法分析..."),
+                     QStringLiteral("45 语法检查..."),
+                     QStringLiteral("50 正在生成可执行程序的中间代码..."),
+                     QStringLiteral("60 编译中..."), QStringLiteral("80 正在使用所选工具链编译..."),
+                     QStringLiteral("80 正在调用本机构建工具..."),
+                     QStringLiteral("95 正在链接程序..."), QStringLiteral("100 编译成功")}));
     QCOMPARE(finished.size(), 1);
     QCOMPARE(finished.first().at(0).toBool(), true);
     const QString executable = m_dir->filePath(QStringLiteral("工程/build/x64/release/工程.exe"));
     QCOMPARE(finished.first().at(1).toString(), QStringLiteral("成功: ") + executable);
-    QCOMPARE(DriverTest::readFile(executable), QByteArray("made"));
+    QVERIFY(DriverTest::readFile(executable).endsWith("made"));
 }
 
 void CompilerTest::reusesTokens()
@@ -106,10 +113,15 @@ void CompilerTest::reusesTokens()
     useFakeTools(compiler, "make");
     const CompilerBuildRequest request = projectRequest(program);
     compiler.applyBuildAndCompile(request);
+    QVERIFY(QFile::remove(compiler.slotPeekFastSkipSnapshot().executablePath));
     QSignalSpy progress(&compiler, &Compiler::compileProgress);
+    QSignalSpy output(&compiler, &Compiler::compileOutput);
     compiler.applyBuildAndCompile(request);
+    QVERIFY(progress.size() > 3);
     QCOMPARE(progress.at(3).at(0).toInt(), 25);
     QCOMPARE(progress.at(3).at(1).toString(), QStringLiteral("使用缓存的词法分析结果..."));
+    QCOMPARE(output.value(0).value(0).toString(),
+             QStringLiteral("★ 使用缓存的生成代码（代码未变化）"));
 }
 
 void CompilerTest::endsOnce_data()
@@ -207,7 +219,10 @@ void CompilerTest::cancelsAtTheToolchain()
     QVERIFY(timer.elapsed() < 1500);
     QCOMPARE(finished.first().at(1).toString(), QStringLiteral("编译已取消"));
     const QDir folder(m_dir->filePath(QStringLiteral("工程/build/x64/release")));
-    QCOMPARE(folder.entryList(QDir::Files), QStringList{QStringLiteral("main.cpp")});
+    QVERIFY(!folder.exists(QStringLiteral("工程.exe")));
+    QVERIFY(QDir(folder.filePath(QStringLiteral(".obj_cache")))
+                .entryList({QStringLiteral("unit_*")}, QDir::Files)
+                .isEmpty());
 }
 
 void CompilerTest::survivesShutdownDuringABuild()

@@ -72,7 +72,7 @@ void MinGwScriptTest::linksWhatTheTextNeeds()
         QVERIFY2(flags.contains(QLatin1String(name)), name);
     QCOMPARE(QSet<QString>(flags.begin(), flags.end()).size(), flags.size());
     QVERIFY(GccCommand::compileFlags(true).contains(QStringLiteral("-fwrapv")));
-    QVERIFY(GccCommand::linkFlags(false).contains(QStringLiteral("-static")));
+    QVERIFY(GccCommand::linkFlags().contains(QStringLiteral("-static")));
 }
 
 QTEST_GUILESS_MAIN(MinGwScriptTest)

@@ -208,7 +208,7 @@ public:
 
 private:
     static const size_t kHashes = 32768;
-    static const unsigned kNone = 0xFFFFFFFF;
+    static constexpr unsigned kNone = 0xFFFFFFFF;
     static const int kTries = 64;
 
     size_t hash(size_t at) const

@@ -19,6 +19,8 @@ const wchar_t *faultText(DWORD code)
 {
     switch (code) {
     case EXCEPTION_INT_DIVIDE_BY_ZERO:
+    // Where the compiler itself watches for divisors that are 0.
+    case EXCEPTION_ILLEGAL_INSTRUCTION:
         return L"\u7A0B\u5E8F\u51FA\u9519\uFF1A\u6574\u6570\u4E0D\u80FD\u9664\u4EE5 0\u3002";
     case EXCEPTION_INT_OVERFLOW:
         return L"\u7A0B\u5E8F\u51FA\u9519\uFF1A\u6574\u6570\u8FD0\u7B97\u7684\u7ED3\u679C\u8D85"
