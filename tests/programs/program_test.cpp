@@ -25,20 +25,31 @@ private slots:
     void commandExamples_data();
     void commandExamples();
     void commandExamplesFor32Bits();
+    void oneFile_data();
+    void oneFile();
+    void commandExamplesInOneFile();
 
 private:
+    struct ExampleProgram
+    {
+        QString source;
+        QString output;
+    };
     struct Outcome
     {
         QString output;
         QString messages;
         int exitCode = -1;
     };
-    struct ExampleProgram
+    enum class Form
     {
-        QString source;
-        QString output;
+        Units,  // compiled in units, the runtime from the cache
+        OneFile // everything compiled at once
     };
-    static Outcome run(const QString &input, const QStringList &command = {QStringLiteral("run")});
+    static Outcome run(const QString &input, const QStringList &command = {QStringLiteral("run")},
+                       Form form = Form::Units);
+    static void checkProgram(const QString &path, const QString &config, Form form);
+    static void checkExamples(const ExampleProgram &program, Form form);
     static ExampleProgram exampleProgram(const std::function<bool(const CommandInfo &)> &wanted);
     static QString writeProgram(const QTemporaryDir &folder, const QString &source);
     static QString topCategory(const CommandInfo &info);
@@ -46,9 +57,14 @@ private:
 
 static const int kLimitMs = 600000;
 
-ProgramTest::Outcome ProgramTest::run(const QString &input, const QStringList &command)
+ProgramTest::Outcome ProgramTest::run(const QString &input, const QStringList &command, Form form)
 {
     QProcess process;
+    if (form == Form::OneFile) {
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("VOREL_NO_SPLIT"), QStringLiteral("1"));
+        process.setProcessEnvironment(environment);
+    }
     process.start(QStringLiteral(VORELC), command + QStringList{QStringLiteral("--quiet"), input});
     Outcome outcome;
     if (!process.waitForFinished(kLimitMs))
@@ -77,8 +93,31 @@ void ProgramTest::program_data()
 void ProgramTest::program()
 {
     QFETCH(QString, path);
+    for (const char *config : {"release", "debug"})
+        checkProgram(path, QString::fromLatin1(config), Form::Units);
+}
+
+void ProgramTest::oneFile_data()
+{
+    QTest::addColumn<QString>("config");
+    QTest::addRow("classes") << QStringLiteral("debug");
+    QTest::addRow("fault_division") << QStringLiteral("release");
+}
+
+// What a program does must not depend on how it was compiled.
+void ProgramTest::oneFile()
+{
+    QFETCH(QString, config);
+    checkProgram(QStringLiteral(VOREL_SOURCE_DIR "/tests/programs/%1.vc")
+                     .arg(QString::fromLatin1(QTest::currentDataTag())),
+                 config, Form::OneFile);
+}
+
+void ProgramTest::checkProgram(const QString &path, const QString &config, Form form)
+{
     const QString base = path.chopped(3);
-    const Outcome outcome = run(path);
+    const Outcome outcome =
+        run(path, {QStringLiteral("run"), QStringLiteral("--config"), config}, form);
     const QString expectedExit = Golden::read(base + QStringLiteral(".exit")).trimmed();
     QVERIFY2(outcome.exitCode == expectedExit.toInt(),
              qPrintable(QStringLiteral("exit code %1\n").arg(outcome.exitCode) + outcome.messages));
@@ -170,11 +209,24 @@ QString ProgramTest::writeProgram(const QTemporaryDir &folder, const QString &so
 void ProgramTest::commandExamples()
 {
     QFETCH(QString, category);
-    const ExampleProgram program = exampleProgram([&category](const CommandInfo &info) {
-        return topCategory(info) == category && !info.output.isNull();
-    });
+    checkExamples(exampleProgram([&category](const CommandInfo &info) {
+                      return topCategory(info) == category && !info.output.isNull();
+                  }),
+                  Form::Units);
+}
+
+void ProgramTest::commandExamplesInOneFile()
+{
+    checkExamples(exampleProgram([](const CommandInfo &info) { return !info.output.isNull(); }),
+                  Form::OneFile);
+}
+
+void ProgramTest::checkExamples(const ExampleProgram &program, Form form)
+{
     const QTemporaryDir folder;
-    const Outcome outcome = run(writeProgram(folder, program.source));
+    const Outcome outcome =
+        run(writeProgram(folder, program.source),
+            {QStringLiteral("run"), QStringLiteral("--config"), QStringLiteral("debug")}, form);
     QVERIFY2(outcome.exitCode == 0, qPrintable(outcome.messages));
     const QStringList actualLines = outcome.output.split(QLatin1Char('\n'));
     const QStringList expectedLines = program.output.split(QLatin1Char('\n'));

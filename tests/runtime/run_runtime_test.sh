@@ -22,8 +22,10 @@ mkdir -p "$work"
     fi
   done | xargs -r -P "$(nproc)" -I{} bash -c \
     'o=$1/$(basename "$2" .cpp).o; shift 2; "$@" -o "$o.new" && mv "$o.new" "$o"' _ "$work" {} "${cxx[@]}" -c {}
-  rm -f "$work/runtime.a"
-  x86_64-w64-mingw32-ar crs "$work/runtime.a" "$work"/[0-9][0-9]_*.o
+  # Other tests may be linking with the old one.
+  rm -f "$work/runtime.a.new"
+  x86_64-w64-mingw32-ar crs "$work/runtime.a.new" "$work"/[0-9][0-9]_*.o
+  mv "$work/runtime.a.new" "$work/runtime.a"
 ) 9>"$work/lock"
 
 libraries=$(sed -nE 's/^#pragma comment\(lib, "([a-z0-9_]+)\.lib"\).*/-l\1/p' "$runtime/00_prelude.h")
