@@ -36,23 +36,37 @@ ProgramText wholeRuntime()
     return text;
 }
 
+// Runtimes for `machine` of older texts and other tools.
+void dropOthers(const QString &folder, const QString &machine, const QStringList &kept)
+{
+    const QStringList names = QDir(folder).entryList({machine + QLatin1String("-*")}, QDir::Dirs);
+    for (const QString &name : names) {
+        if (!kept.contains(name))
+            QDir(folder + QLatin1Char('/') + name).removeRecursively();
+    }
+}
+
 bool makeRuntimes(const QString &folder, const QString &platform)
 {
     const RuntimeCache cache(folder, QString());
     const ProgramText runtime = wholeRuntime();
     Report report;
     bool made = true;
+    QStringList names;
     // A platform without tools is left out: whoever installs them later fills the own cache.
     const QList<CppTools> installed = CppTools::installed(platform);
     for (const CppTools &tools : installed) {
         for (const bool isDebug : {false, true}) {
             const PreparedRuntime prepared = cache.prepare(runtime, tools, isDebug, report);
+            names << prepared.key;
             if (prepared.state == PreparedRuntime::State::Ready)
                 continue;
             report.note(tools.name() + QLatin1String(": ") + prepared.error);
             made = false;
         }
     }
+    const QString machine = CppTools::prefixOf(platform).section(QLatin1Char('-'), 0, 0);
+    dropOthers(folder, machine, names);
     return made;
 }
 
