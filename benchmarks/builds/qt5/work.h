@@ -1,0 +1,4 @@
+// What the button starts.
+#pragma once
+
+int settleAll(int start);
