@@ -118,6 +118,16 @@ QStringList CppTools::runtimeFlags() const
     return compileFlags(false);
 }
 
+QStringList CppTools::unitFlags(bool isDebug) const
+{
+    QStringList flags = compileFlags(isDebug);
+    // Texts and variants in line made the programs a third larger and twice as long to compile, and
+    // no faster.
+    if (m_family == Family::Clang && !isDebug)
+        flags << QStringLiteral("-mllvm") << QStringLiteral("-inline-threshold=10");
+    return flags;
+}
+
 QStringList CppTools::headerArguments(const QString &header, const QString &output,
                                       bool isDebug) const
 {

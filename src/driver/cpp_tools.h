@@ -42,6 +42,8 @@ public:
     QStringList compileFlags(bool isDebug) const;
     // For the runtime's own definitions, which no build changes.
     QStringList runtimeFlags() const;
+    // For the program's own text.
+    QStringList unitFlags(bool isDebug) const;
     // Makes `header` into the file `output`.
     QStringList headerArguments(const QString &header, const QString &output, bool isDebug) const;
     // What a precompiled header's name ends with.

@@ -17,6 +17,11 @@ using BuildMessage::text;
 const QString kLinked = QStringLiteral("vl_linked.exe");
 const QString kUnitSources = QStringLiteral("user_*.cpp");
 
+// Each unit costs a start of the compiler, each line in it is compiled again with its neighbours;
+// the optimiser takes several times as long for a line.
+constexpr int linesPerDebugUnit = 1000;
+constexpr int linesPerReleaseUnit = 500;
+
 constexpr int compilePercent = 80;
 constexpr int linkPercent = 95;
 
@@ -38,7 +43,8 @@ CrossBuild::CrossBuild(const ToolchainJob &job, const CppTools &tools,
       m_resources(job.folder, job.resources, tools.resourceCompiler())
 {
     if (form == Form::Units)
-        m_units = cutIntoUnits(job.program, job.lineMap);
+        m_units = cutIntoUnits(job.program, job.lineMap,
+                               job.isDebug ? linesPerDebugUnit : linesPerReleaseUnit);
     else if (form == Form::WholeProgram)
         m_units = {wholeUnit(job.program)};
     else
@@ -79,7 +85,7 @@ void CrossBuild::dropStaleSources() const
 
 QStringList CrossBuild::compileArguments() const
 {
-    QStringList arguments = m_tools.compileFlags(m_job.isDebug);
+    QStringList arguments = m_tools.unitFlags(m_job.isDebug);
     if (m_form != Form::OneFile)
         arguments << m_tools.precompiledArguments(m_runtime.includeFolder, m_runtime.header);
     for (const QString &folder : m_job.includeFolders)

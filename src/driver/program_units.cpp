@@ -16,9 +16,6 @@ const QString mainUnitName = QStringLiteral("main");
 
 namespace {
 
-// Generated lines that one unit should not pass by much: each unit costs a start of the compiler,
-// each line in it is compiled again with its neighbours.
-constexpr int linesPerUnit = 500;
 // With more files than this the small ones share units.
 constexpr int maxFilesApart = 24;
 
@@ -36,10 +33,10 @@ uint stableHash(const QString &text)
 }
 
 // A power of two, so that a file that grows keeps its parts for long.
-uint partsFor(int lines)
+uint partsFor(int lines, int linesPerPart)
 {
     uint parts = 1;
-    while (int(parts) * linesPerUnit < lines)
+    while (int(parts) * linesPerPart < lines)
         parts *= 2;
     return parts;
 }
@@ -58,7 +55,7 @@ QString unitNameOfFile(const QString &file)
 class UnitAssignment
 {
 public:
-    UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap);
+    UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap, int linesPerUnit);
 
     // Empty for an item that is not a definition.
     QString unitOf(const CppItem &item) const;
@@ -67,12 +64,14 @@ private:
     QString fileOf(const CppItem &item) const;
 
     const SourceLineMap &m_lineMap;
+    const int m_linesPerUnit;
     QHash<QString, int> m_lines; // of the definitions of each file
     uint m_sharedParts = 0;      // the units that small files share; 0: every file is apart
 };
 
-UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap)
-    : m_lineMap(lineMap)
+UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap,
+                               int linesPerUnit)
+    : m_lineMap(lineMap), m_linesPerUnit(linesPerUnit)
 {
     for (const CppItem &item : items) {
         if (item.kind == CppItem::Kind::Function && item.sourceLine > 0)
@@ -82,8 +81,8 @@ UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap 
         return;
     int smallLines = 0;
     for (const int lines : qAsConst(m_lines))
-        smallLines += lines < linesPerUnit ? lines : 0;
-    m_sharedParts = partsFor(smallLines);
+        smallLines += lines < m_linesPerUnit ? lines : 0;
+    m_sharedParts = partsFor(smallLines, m_linesPerUnit);
 }
 
 QString UnitAssignment::fileOf(const CppItem &item) const
@@ -102,9 +101,9 @@ QString UnitAssignment::unitOf(const CppItem &item) const
         return mainUnitName;
     const QString file = fileOf(item);
     const int lines = m_lines.value(file);
-    if (m_sharedParts > 0 && lines < linesPerUnit)
+    if (m_sharedParts > 0 && lines < m_linesPerUnit)
         return QStringLiteral("user_%1").arg(stableHash(file) % m_sharedParts);
-    const uint parts = partsFor(lines);
+    const uint parts = partsFor(lines, m_linesPerUnit);
     const QString name = unitNameOfFile(file);
     return parts == 1 ? name
                       : QStringLiteral("%1_%2").arg(name).arg(
@@ -224,19 +223,72 @@ QString UnitWriter::write(int unit) const
     return text;
 }
 
+// Recognises the tokens of `std::wstring(L"...")` as they come.
+class LiteralPattern
+{
+public:
+    // True with the last token of a literal.
+    bool take(QStringView text, const CppToken &token)
+    {
+        static const QLatin1String words[] = {
+            QLatin1String("std"), QLatin1String(":"), QLatin1String(":"), QLatin1String("wstring"),
+            QLatin1String("("),   QLatin1String("L"), QLatin1String(),    QLatin1String(")")};
+        constexpr int textAt = 6;
+        const bool fits =
+            m_count == textAt ? token.kind == CppToken::Kind::Text : text == words[m_count];
+        if (!fits)
+            m_count = 0;
+        if (m_count == 0)
+            begin = token.begin;
+        m_count = fits || text == words[0] ? m_count + 1 : 0;
+        if (m_count == textAt)
+            literal = token.begin;
+        if (m_count <= textAt + 1)
+            return false;
+        m_count = 0;
+        return true;
+    }
+
+    int begin = 0;   // of the whole
+    int literal = 0; // of `L"..."`
+
+private:
+    int m_count = 0; // of the tokens that fit so far
+};
+
+// Texts by a call of the runtime: programs consist of them, and each costs the compiler dear.
+QString withShortLiterals(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    LiteralPattern pattern;
+    CppTokenReader reader(text);
+    int copied = 0;
+    for (CppToken token = reader.next(); token.kind != CppToken::Kind::End; token = reader.next()) {
+        if (!pattern.take(reader.textOf(token), token))
+            continue;
+        result += text.midRef(copied, pattern.begin - copied) + QLatin1String("VL_Literal(") +
+                  text.midRef(pattern.literal, token.end - pattern.literal);
+        copied = token.end;
+    }
+    return result + text.midRef(copied);
+}
+
 } // namespace
 
 ProgramUnit wholeUnit(const ProgramText &program)
 {
-    return {mainUnitName, program.programOnly()};
+    return {mainUnitName, withShortLiterals(program.programOnly())};
 }
 
-QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap)
+QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap,
+                                int linesPerUnit)
 {
-    const CppItems cut = readCppItems(program.programOnly());
+    const QString text = withShortLiterals(program.programOnly());
+    const CppItems cut = readCppItems(text);
     if (!cut.succeeded)
-        return {wholeUnit(program)};
-    const UnitAssignment assignment(cut.items, lineMap);
+        return {{mainUnitName, text}};
+    const UnitAssignment assignment(cut.items, lineMap, linesPerUnit);
     QStringList names{mainUnitName};
     QHash<QString, int> numbers{{mainUnitName, 0}};
     QVector<int> owners;

@@ -20,6 +20,8 @@ private slots:
     void unitsFollowFiles();
     void aChangeTouchesItsOwnUnit_data();
     void aChangeTouchesItsOwnUnit();
+    void literalsBecomeCalls_data();
+    void literalsBecomeCalls();
     void largeFilesAreParted();
     void manySmallFilesShare();
 };
@@ -103,8 +105,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
 QList<ProgramUnit> cut(QString text)
 {
     return cutIntoUnits(
-        program(text),
-        lineMap({QStringLiteral("source/甲.vc"), QStringLiteral("source/b.vc")}, 10));
+        program(text), lineMap({QStringLiteral("source/甲.vc"), QStringLiteral("source/b.vc")}, 10),
+        500);
 }
 
 } // namespace
@@ -303,17 +305,39 @@ void ProgramUnitsTest::aChangeTouchesItsOwnUnit()
     }
 }
 
+void ProgramUnitsTest::literalsBecomeCalls_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("unit");
+    const auto row = [](const char *text, const char *unit) {
+        QTest::addRow("%s", text) << QString::fromUtf8(text) << QString::fromUtf8(unit);
+    };
+    row("f(std::wstring(L\"\\\")\") + std::wstring(L\"\"));",
+        "f(VL_Literal(L\"\\\")\") + VL_Literal(L\"\"));");
+    row("f(std::wstring(L\"a\\000b\", 3), std::wstring(text), std::wstring());",
+        "f(std::wstring(L\"a\\000b\", 3), std::wstring(text), std::wstring());");
+    row("std::wstring a = std::wstring(L\"甲\");", "std::wstring a = VL_Literal(L\"甲\");");
+    row("f(L\"std::wstring(L\\\"a\\\")\");", "f(L\"std::wstring(L\\\"a\\\")\");");
+}
+
+void ProgramUnitsTest::literalsBecomeCalls()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, unit);
+    QCOMPARE(wholeUnit(program(text)).text, unit);
+}
+
 void ProgramUnitsTest::largeFilesAreParted()
 {
     QString text;
     for (int i = 1; i <= 300; ++i)
         text += QStringLiteral("void f%1() {\n\n\n\n    g(); // VL_LINE:%1\n}\n").arg(i);
     const SourceLineMap map = lineMap({QStringLiteral("a.vc")}, 400);
-    const QList<ProgramUnit> units = cutIntoUnits(program(text), map);
+    const QList<ProgramUnit> units = cutIntoUnits(program(text), map, 500);
     QCOMPARE(units.size(), 5);
     // A function more leaves all but one as they are.
     const QList<ProgramUnit> more = cutIntoUnits(
-        program(text + QStringLiteral("void h() {\n    f1(); // VL_LINE:301\n}\n")), map);
+        program(text + QStringLiteral("void h() {\n    f1(); // VL_LINE:301\n}\n")), map, 500);
     QCOMPARE(more.size(), units.size());
     int touched = 0;
     for (int i = 0; i < units.size(); ++i)
@@ -329,7 +353,7 @@ void ProgramUnitsTest::manySmallFilesShare()
         files << QStringLiteral("file%1.vc").arg(i);
         text += QStringLiteral("void f%1() {\n    g(); // VL_LINE:%1\n}\n").arg(i);
     }
-    const QList<ProgramUnit> units = cutIntoUnits(program(text), lineMap(files, 1));
+    const QList<ProgramUnit> units = cutIntoUnits(program(text), lineMap(files, 1), 500);
     QVERIFY(units.size() > 1 && units.size() < 10);
 }
 

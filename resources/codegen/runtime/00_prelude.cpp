@@ -19,6 +19,11 @@ size_t pieceEnd(const std::wstring &text, size_t begin)
 } // namespace
 } // namespace vl_prelude
 
+std::wstring VL_Literal(const wchar_t *text)
+{
+    return text;
+}
+
 std::string VL_WideToCodePage(const std::wstring &text, UINT codePage)
 {
     std::string result;

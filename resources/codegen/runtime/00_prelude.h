@@ -107,6 +107,10 @@ extern HINSTANCE g_hInstance;
 extern HWND g_hWndMain;
 extern DWORD g_mainThreadId;
 
+// What `std::wstring(L"...")` gives. A call takes less room and time to compile than the making of
+// the text in place.
+std::wstring VL_Literal(const wchar_t *text);
+
 // Text of `codePage` (CP_UTF8, 936, CP_ACP, ...) from wide text and back. What the code page cannot
 // hold becomes its replacement character; nothing fails. Text of any length is taken.
 std::string VL_WideToCodePage(const std::wstring &text, UINT codePage);
