@@ -43,14 +43,27 @@ BuildSession::BuildSession(const CliOptions &options, bool quietWithoutTerminal,
     : m_options(options), m_quietWithoutTerminal(quietWithoutTerminal), m_mode(mode)
 {}
 
-BuildOutcome BuildSession::run(CompilerBuildRequest request, BuildGoal goal)
+BuildOutcome BuildSession::build(const ProjectInput &input, BuildGoal goal,
+                                 Listener &listener) const
 {
-    request.goal = goal;
+    AssembledBuild assembled = assembleInput(input, m_options);
+    for (const QString &note : qAsConst(assembled.notes))
+        listener.output(note);
+    for (const BuildDiagnostic &diagnostic : qAsConst(assembled.diagnostics))
+        listener.diagnostic(diagnostic);
+    if (!assembled.succeeded())
+        return {};
+    assembled.request.goal = goal;
+    return BuildPipeline().run(assembled.request, listener);
+}
+
+BuildOutcome BuildSession::run(const ProjectInput &input, BuildGoal goal)
+{
     BuildOutcome outcome;
     runWithDeepStack([&] {
         Listener listener(*this);
         try {
-            outcome = BuildPipeline().run(request, listener);
+            outcome = build(input, goal, listener);
         } catch (const std::exception &exception) {
             outcome.output = QString::fromLocal8Bit(exception.what());
         }

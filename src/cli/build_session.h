@@ -2,6 +2,7 @@
 #pragma once
 
 #include "cli/options.h"
+#include "cli/project_input.h"
 #include "driver/build_pipeline.h"
 
 #include <QList>
@@ -18,12 +19,14 @@ public:
     // `quietWithoutTerminal`: progress only where somebody watches.
     BuildSession(const CliOptions &options, bool quietWithoutTerminal, Diagnostics mode);
 
-    // Runs the request up to `goal`. What went wrong has been printed, or kept, on return.
-    BuildOutcome run(CompilerBuildRequest request, BuildGoal goal);
+    // Builds the input up to `goal`. What went wrong has been printed, or kept, on return.
+    BuildOutcome run(const ProjectInput &input, BuildGoal goal);
     const QList<BuildDiagnostic> &diagnostics() const { return m_diagnostics; }
 
 private:
     class Listener;
+
+    BuildOutcome build(const ProjectInput &input, BuildGoal goal, Listener &listener) const;
 
     CliOptions m_options;
     QList<BuildDiagnostic> m_diagnostics;

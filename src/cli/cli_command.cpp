@@ -28,6 +28,10 @@ const QList<CliCommand> &cliCommands()
         {"commands", "[名称] [--json]", "列出全部命令，或显示一个命令的帮助",
          "不给名称时按类别列出全部内置命令；给出名称时显示该命令的语法、参数、返回值和例子。",
          JsonOption, 0, 1, runCommands},
+        {"new", "种类 名称 [--dir 文件夹] [--window 类型]", "新建工程，打印工程文件的路径",
+         "种类：gui 图形界面应用，console 控制台应用，empty 空项目，single 单个源文件（.vl）。\n"
+         "新工程可以马上编译运行，源文件里有供初学者阅读的注释。",
+         NewProjectOptions, 2, 2, runNew},
         {"clean", "输入", "删除编译的输出，打印删除的文件数",
          "只删除本程序编译产生的输出目录，不会动其他文件。", NoOptions, 1, 1, runClean},
     };

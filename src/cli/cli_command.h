@@ -38,3 +38,4 @@ int runTokens(const CliOptions &options);
 int runTree(const CliOptions &options);
 int runCommands(const CliOptions &options);
 int runClean(const CliOptions &options);
+int runNew(const CliOptions &options);

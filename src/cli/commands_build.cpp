@@ -24,7 +24,7 @@ BuildOutcome buildInput(const CliOptions &options, bool quietWithoutTerminal, in
     if (options.rebuild)
         OutputFiles::clean(input.request.normalized());
     BuildSession session(options, quietWithoutTerminal, BuildSession::Diagnostics::Print);
-    BuildOutcome outcome = session.run(input.request, BuildGoal::Executable);
+    BuildOutcome outcome = session.run(input, BuildGoal::Executable);
     if (outcome.success)
         *code = ExitCode::done;
     else if (outcome.cancelled)

@@ -44,7 +44,7 @@ int runCheck(const CliOptions &options)
     BuildSession session(options, options.json,
                          options.json ? BuildSession::Diagnostics::Keep
                                       : BuildSession::Diagnostics::Print);
-    const BuildOutcome outcome = session.run(input.request, BuildGoal::Check);
+    const BuildOutcome outcome = session.run(input, BuildGoal::Check);
     if (options.json)
         Console::result(jsonOf(session.diagnostics()));
     return exitCodeOf(outcome);
@@ -58,7 +58,7 @@ int runEmit(const CliOptions &options)
         return ExitCode::failed;
     }
     BuildSession session(options, false, BuildSession::Diagnostics::Print);
-    const BuildOutcome outcome = session.run(input.request, BuildGoal::ProgramText);
+    const BuildOutcome outcome = session.run(input, BuildGoal::ProgramText);
     if (outcome.success)
         Console::result(outcome.program.oneFile().toUtf8());
     return exitCodeOf(outcome);

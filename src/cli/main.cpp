@@ -37,6 +37,7 @@ QString generalHelp()
                       "  vorelc run 你好.vc                      编译并运行一个文件\n"
                       "  vorelc build 我的工程 --platform x86    编译工程的 32 位版本\n"
                       "  vorelc check 我的工程 --json            供编辑器使用的检查结果\n"
+                      "  vorelc new gui 我的程序                 新建带窗口的工程\n"
                       "  vorelc commands 随机数                  查一个命令的用法\n\n"
                       "环境变量：\n"
                       "  VOREL_CACHE_DIR    运行库缓存目录\n"

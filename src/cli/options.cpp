@@ -7,8 +7,10 @@ struct OptionSpec
 {
     const char *name;
     const char *shortName;
-    unsigned group;     // 0: every command has it
-    const char *values; // the allowed values, separated by "|"; null without a value
+    unsigned group; // 0: every command has it
+    // The allowed values, separated by "|"; a word in capitals stands for any. Null without a
+    // value.
+    const char *values;
     const char *help;
     QString CliOptions::*value;
     void (*set)(CliOptions &);
@@ -25,6 +27,10 @@ const OptionSpec optionSpecs[] = {
      &CliOptions::compiler, nullptr},
     {"--rebuild", nullptr, BuildOptions, nullptr, "先清除旧的输出，再从头编译", nullptr,
      [](CliOptions &options) { options.rebuild = true; }},
+    {"--dir", nullptr, NewProjectOptions, "DIR", "新工程放在哪个文件夹下，默认是当前文件夹",
+     &CliOptions::folder, nullptr},
+    {"--window", nullptr, NewProjectOptions, "win32|vlwin", "窗口的类型，默认 win32",
+     &CliOptions::windowType, nullptr},
     {"--json", nullptr, JsonOption, nullptr, "以 JSON 格式输出结果", nullptr,
      [](CliOptions &options) { options.json = true; }},
     {"--quiet", "-q", 0, nullptr, "不显示进度，只显示错误和警告", nullptr,
@@ -49,7 +55,10 @@ const OptionSpec *findOption(const QString &name, unsigned groups)
 // The allowed spelling of `given`, which may differ in case; empty if it is not allowed.
 QString allowedValue(const OptionSpec &spec, const QString &given)
 {
-    const QStringList values = QString::fromLatin1(spec.values).split(QLatin1Char('|'));
+    const QString allowed = QString::fromLatin1(spec.values);
+    if (allowed.at(0).isUpper() && allowed == allowed.toUpper())
+        return given;
+    const QStringList values = allowed.split(QLatin1Char('|'));
     for (const QString &value : values) {
         if (value.compare(given, Qt::CaseInsensitive) == 0)
             return value;

@@ -13,6 +13,8 @@ struct CliOptions
     QString config;
     QString backend;
     QString compiler;
+    QString folder;     // of a new project
+    QString windowType; // of a new project
     bool rebuild = false;
     bool json = false;
     bool help = false;
@@ -27,6 +29,7 @@ enum OptionGroup : unsigned
     BuildOptions = 1,
     JsonOption = 2,
     ProgramArguments = 4,
+    NewProjectOptions = 8,
 };
 
 // Reads the arguments behind the command's name. Empty on success, else a Chinese sentence.

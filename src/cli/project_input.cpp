@@ -1,13 +1,23 @@
 #include "cli/project_input.h"
 
-#include "driver/source_text.h"
-
 #include <QDir>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 
 namespace {
+
+BuildChoices choicesOf(const CliOptions &options)
+{
+    BuildChoices choices;
+    choices.buildConfig = options.config;
+    choices.platform = options.platform;
+    choices.uiBackend = options.backend;
+    choices.compilerType = options.compiler;
+#ifndef Q_OS_WIN
+    // Nobody asked for another one.
+    choices.defaultCompiler = QStringLiteral("MinGW");
+#endif
+    return choices;
+}
 
 ProjectInput refused(const QString &error)
 {
@@ -25,55 +35,17 @@ ProjectInput folderProject(const QString &folder)
     return input;
 }
 
-int lineAtByte(const QByteArray &bytes, int offset)
-{
-    return bytes.left(offset).count('\n') + 1;
-}
-
-// The settings stand in an object of their own, or as keys "ProjectSettings/…" beside the others.
-ProgramIdentity identityOf(const QJsonObject &project)
-{
-    const QString group = QStringLiteral("ProjectSettings");
-    const QJsonObject settings = project.value(group).toObject();
-    const auto value = [&](const char *name) {
-        const QJsonValue flat = project.value(group + QLatin1Char('/') + QLatin1String(name));
-        return settings.value(QLatin1String(name)).toString(flat.toString());
-    };
-    ProgramIdentity identity;
-    identity.icon = value("icon");
-    identity.productName = value("productName");
-    identity.fileDescription = value("fileDescription");
-    identity.companyName = value("companyName");
-    identity.copyright = value("copyright");
-    identity.version = value("version");
-    return identity;
-}
-
 ProjectInput projectFile(const QString &path)
 {
-    const SourceText source = readSourceFile(path, path);
-    if (!source.isValid())
-        return refused(source.error);
-    const QByteArray bytes = source.text.toUtf8();
-    QJsonParseError error{};
-    const QJsonDocument document = QJsonDocument::fromJson(bytes, &error);
-    if (error.error != QJsonParseError::NoError) {
-        return refused(
-            QStringLiteral("工程文件不是有效的 JSON：%1（第 %2 行：%3）")
-                .arg(path, QString::number(lineAtByte(bytes, error.offset)), error.errorString()));
-    }
-    if (!document.isObject())
-        return refused(QStringLiteral("工程文件的内容不是 JSON 对象：%1").arg(path));
-    const QJsonObject object = document.object();
-    ProjectInput input = folderProject(QFileInfo(path).absolutePath());
-    const QString name = object.value(QLatin1String("name")).toString();
-    if (!name.isEmpty())
-        input.request.projectName = name;
-    input.request.platform = object.value(QLatin1String("targetPlatform")).toString();
-    input.request.compilerType = object.value(QLatin1String("compiler")).toString();
-    const QString backend = object.value(QLatin1String("uiBackend")).toString();
-    input.request.uiBackend = backend == QLatin1String("advanced") ? QString() : backend;
-    input.request.identity = identityOf(object);
+    ReadProject read = ProjectFile::read(path);
+    if (!read.succeeded())
+        return refused(read.error);
+    ProjectFile::addFilesOfFolders(read.info);
+    ProjectInput input = folderProject(read.info.path);
+    if (!read.info.name.isEmpty())
+        input.request.projectName = read.info.name;
+    input.request.platform = read.info.targetPlatform;
+    input.project = read.info;
     return input;
 }
 
@@ -128,17 +100,22 @@ ProjectInput readProjectInput(const CliOptions &options)
             QStringLiteral("不支持的输入：%1。请给出工程文件（.vlproj）、工程文件夹或 .vc 源文件")
                 .arg(path));
     }
+    const BuildChoices choices = choicesOf(options);
     CompilerBuildRequest &request = input.request;
-    if (!options.platform.isEmpty())
-        request.platform = options.platform;
-    if (!options.backend.isEmpty())
-        request.uiBackend = options.backend;
-    if (!options.compiler.isEmpty())
-        request.compilerType = options.compiler;
-    request.buildConfig = options.config;
-#ifndef Q_OS_WIN
-    // Nobody asked for another one.
-    request.defaultCompiler = QStringLiteral("MinGW");
-#endif
+    if (!choices.platform.isEmpty())
+        request.platform = choices.platform;
+    request.uiBackend = choices.uiBackend;
+    request.compilerType = choices.compilerType;
+    request.defaultCompiler = choices.defaultCompiler;
+    request.buildConfig = choices.buildConfig;
     return input;
+}
+
+AssembledBuild assembleInput(const ProjectInput &input, const CliOptions &options)
+{
+    if (input.project)
+        return assembleBuild(*input.project, choicesOf(options));
+    AssembledBuild build;
+    build.request = input.request;
+    return build;
 }

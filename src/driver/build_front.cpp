@@ -66,7 +66,7 @@ bool BuildPipeline::Run::checkHandlers()
     const QString firstFile = m_request.hasProject || m_request.activeFileName.isEmpty()
                                   ? QStringLiteral("main.vc")
                                   : m_request.activeFileName;
-    const QStringList duplicates = findDuplicateHandlers(m_text, firstFile);
+    const QStringList duplicates = findDuplicateHandlers(m_text, firstFile, m_lineMap);
     for (const QString &duplicate : duplicates) {
         m_listener.output(duplicate);
         report({Severity::Error, QString(), 0, duplicate});
@@ -126,8 +126,11 @@ bool BuildPipeline::Run::parse()
 QStringList BuildPipeline::Run::windowNames() const
 {
     QStringList names;
-    for (const CompilerWindowBuildSpec &window : m_request.windowSpecs)
+    for (const CompilerWindowBuildSpec &window : m_request.windowSpecs) {
         names << window.name;
+        for (const VL::DesignComponent &component : window.components)
+            names << component.name();
+    }
     return names;
 }
 

@@ -2,6 +2,7 @@
 
 #include "driver/build_messages.h"
 
+#include <QFileInfo>
 #include <QHash>
 #include <QPair>
 #include <QRegularExpression>
@@ -122,7 +123,8 @@ QuoteError checkQuotes(const QString &source)
     return quote.isNull() ? QuoteError() : unclosed(quote, openedAt);
 }
 
-QStringList findDuplicateHandlers(const QString &source, const QString &firstFile)
+QStringList findDuplicateHandlers(const QString &source, const QString &firstFile,
+                                  const SourceLineMap &lineMap)
 {
     static const QRegularExpression head(
         QStringLiteral("^\\s*(?:函数|子程序)\\s+([^\\s.]+)\\s*\\.\\s*([^\\(]+?)\\s*\\("));
@@ -132,9 +134,11 @@ QStringList findDuplicateHandlers(const QString &source, const QString &firstFil
     QHash<QPair<QString, QString>, Place> seen;
     QString file = firstFile;
     int line = 0;
+    int mergedLine = 0;
     const QVector<QStringRef> lines = source.splitRef(QLatin1Char('\n'));
     for (const QStringRef &content : lines) {
         ++line;
+        ++mergedLine;
         const QStringRef trimmed = content.trimmed();
         if (isMarker(trimmed)) {
             const QString name = markedFile(trimmed.toString());
@@ -152,14 +156,18 @@ QStringList findDuplicateHandlers(const QString &source, const QString &firstFil
             continue;
         const QPair<QString, QString> key(normalizedKey(match.captured(1)),
                                           normalizedKey(match.captured(2)));
+        const auto mapped = lineMap.constFind(mergedLine);
+        const Place place = mapped == lineMap.cend()
+                                ? Place{file, line}
+                                : Place{QFileInfo(mapped->file).fileName(), mapped->line};
         const auto first = seen.constFind(key);
         if (first == seen.cend()) {
-            seen.insert(key, Place{file, line});
+            seen.insert(key, place);
             continue;
         }
         messages << text(BuildMessage::duplicateHandler)
-                        .arg(file, QString::number(line), key.first, key.second, first->file,
-                             QString::number(first->line));
+                        .arg(place.file, QString::number(place.line), key.first, key.second,
+                             first->file, QString::number(first->line));
     }
     return messages;
 }

@@ -1,6 +1,8 @@
 // Checks on the merged text that run before lexing.
 #pragma once
 
+#include "driver/build_request.h"
+
 #include <QString>
 #include <QStringList>
 
@@ -18,6 +20,7 @@ QuoteError checkQuotes(const QString &text);
 
 // Event handlers that are defined more than once, one message for each second definition. Marker
 // lines ("// ===== main.vc =====") name the file and restart its count; lines ahead of the first
-// marker belong to `firstFile`.
+// marker belong to `firstFile`. What `lineMap` tells of a line counts more.
 QStringList findDuplicateHandlers(const QString &text,
-                                  const QString &firstFile = QStringLiteral("main.vc"));
+                                  const QString &firstFile = QStringLiteral("main.vc"),
+                                  const SourceLineMap &lineMap = SourceLineMap());

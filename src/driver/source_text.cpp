@@ -128,7 +128,7 @@ SourceText readSourceFile(const QString &path, const QString &name)
     QFile file(path);
     if (!file.open(QIODevice::ReadOnly))
         return refused(text(BuildMessage::fileUnreadable).arg(name, file.errorString()));
-    const QByteArray bytes = file.read(maxSourceBytes + 1);
+    const QByteArray bytes = file.readAll();
     if (file.error() != QFileDevice::NoError)
         return refused(text(BuildMessage::fileUnreadable).arg(name, file.errorString()));
     return decodeSource(bytes, name);

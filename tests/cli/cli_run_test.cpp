@@ -18,6 +18,8 @@ private slots:
     void initTestCase();
     void buildPrintsThePath();
     void buildsOnlyWhatChanged();
+    void newProjects_data();
+    void newProjects();
     void runPassesOutputAndCode();
     void runsInAFolderOfAnyName();
     void interruptLeavesNothing();
@@ -72,6 +74,40 @@ void CliRunTest::buildsOnlyWhatChanged()
     QVERIFY(builds(wider, {QStringLiteral("--rebuild")}));
     QVERIFY(call({QStringLiteral("clean"), file}).out.trimmed().toInt() > 0);
     QVERIFY(builds(wider));
+}
+
+void CliRunTest::newProjects_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<bool>("ends"); // by itself, and prints something
+    QTest::addRow("console") << QStringList{"console", "命令行"} << true;
+    QTest::addRow("empty") << QStringList{"empty", "空 白"} << true;
+    QTest::addRow("single") << QStringList{"single", "单个"} << true;
+    QTest::addRow("win32") << QStringList{"gui", "窗口程序"} << false;
+    QTest::addRow("vlwin") << QStringList{"gui", "自绘", "--window", "vlwin"} << false;
+}
+
+// What is made can be built at once, without a word of complaint.
+void CliRunTest::newProjects()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(bool, ends);
+    const QString folder = QStringLiteral("新/%1").arg(QLatin1String(QTest::currentDataTag()));
+    const QStringList call = QStringList{QStringLiteral("new")} + arguments +
+                             QStringList{QStringLiteral("--dir"), folder};
+    const Result made = this->call(call);
+    QVERIFY2(made.code == 0, qPrintable(made.err));
+    const QString input = QString::fromUtf8(made.out).trimmed();
+    QVERIFY(QFileInfo(input).isFile());
+    const Result checked = this->call({QStringLiteral("check"), QStringLiteral("--quiet"), input});
+    QVERIFY2(checked.code == 0, qPrintable(checked.err));
+    QCOMPARE(checked.err, QString());
+    const QString command = ends ? QStringLiteral("run") : QStringLiteral("build");
+    const Result built = this->call({command, QStringLiteral("--quiet"), input});
+    QVERIFY2(built.code == 0, qPrintable(built.err));
+    QVERIFY(!built.out.trimmed().isEmpty());
+    // A second one of that name does not touch the first.
+    QVERIFY(this->call(call).code == 1);
 }
 
 void CliRunTest::runPassesOutputAndCode()

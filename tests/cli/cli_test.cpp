@@ -78,7 +78,11 @@ void CliTestCase::usage_data()
     QTest::addColumn<QString>("part"); // of standard error, or of standard output with code 0
     QTest::addRow("nothing") << QStringList() << 2 << "没有给出命令";
     QTest::addRow("unknown") << QStringList{"fly"} << 2 << "未知的命令：fly";
-    QTest::addRow("new is not there") << QStringList{"new"} << 2 << "未知的命令：new";
+    QTest::addRow("new without a name") << QStringList{"new", "gui"} << 2 << "缺少参数";
+    QTest::addRow("new of no kind") << QStringList{"new", "web", "a"} << 2 << "未知的种类：web";
+    QTest::addRow("new of no window type")
+        << QStringList{"new", "gui", "a", "--window", "wx"} << 2 << "可用：win32|vlwin";
+    QTest::addRow("new with a bad name") << QStringList{"new", "gui", "a/b"} << 1 << "不能有字符";
     QTest::addRow("no input") << QStringList{"build"} << 2 << "缺少参数";
     QTest::addRow("two inputs") << QStringList{"build", "a", "b"} << 2 << "多余的参数：b";
     QTest::addRow("option") << QStringList{"build", "a", "--fast"} << 2 << "未知的选项：--fast";
