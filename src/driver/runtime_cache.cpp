@@ -95,20 +95,19 @@ struct RuntimeFiles
     QString header(bool isDebug) const { return include(isDebug) + QLatin1Char('/') + kHeader; }
     QString precompiled(bool isDebug) const { return header(isDebug) + suffix; }
     QString archive() const { return folder + QLatin1Char('/') + archiveName; }
+    // What a precompiled header must be stamped with.
+    QString place(bool isDebug) const { return knowsPlace ? header(isDebug) : QString(); }
     bool hasHeader(bool isDebug) const
     {
-        // Clang's form knows where the header lies.
         return CheckedFile::isWhole(header(isDebug)) &&
-               CheckedFile::isWhole(precompiled(isDebug), header(isDebug));
+               CheckedFile::isWhole(precompiled(isDebug), place(isDebug));
     }
-    bool isReady(bool isDebug) const
-    {
-        return CheckedFile::isWhole(archive()) && hasHeader(isDebug);
-    }
+    bool hasArchive() const { return CheckedFile::isWhole(archive()); }
 
     QString folder;
     QString suffix;
     QString archiveName;
+    bool knowsPlace = false; // Clang's form tells where its header lies and must not be moved
 };
 
 // One pass over the cache for one program; holds the lock while it makes something.
@@ -128,7 +127,8 @@ private:
         QString path;
     };
 
-    PreparedRuntime ready(const RuntimeFiles &files) const;
+    bool isReady();
+    PreparedRuntime ready() const;
     PreparedRuntime failed(const QString &error) const;
     bool lock(QLockFile &lock);
     bool makeAll();
@@ -144,6 +144,9 @@ private:
     QString m_name; // of the folder: tells the tools and the declarations
     RuntimeFiles m_own;
     RuntimeFiles m_shipped;
+    // Where each part is taken from; null: it is still to be made.
+    const RuntimeFiles *m_headerFrom = nullptr;
+    const RuntimeFiles *m_archiveFrom = nullptr;
     QList<Object> m_objects;
     QString m_error;
     bool m_isDebug;
@@ -167,6 +170,7 @@ Preparation::Preparation(const QString &root, const QString &shippedRoot,
     m_name = tools.name() + QLatin1Char('-') + hashOf({m_headerText, tools.identity(), flags});
     m_own.folder = root + QLatin1Char('/') + m_name;
     m_own.suffix = tools.precompiledSuffix();
+    m_own.knowsPlace = tools.family() == CppTools::Family::Clang;
     QStringList objectNames;
     for (Object &object : m_objects) {
         const QString name = QStringLiteral("%1-%2.o").arg(object.name, hashOf({object.source}));
@@ -178,15 +182,31 @@ Preparation::Preparation(const QString &root, const QString &shippedRoot,
     m_shipped.folder = shippedRoot + QLatin1Char('/') + m_name;
 }
 
-PreparedRuntime Preparation::ready(const RuntimeFiles &files) const
+// Each part that was shipped and serves is taken from there.
+bool Preparation::isReady()
+{
+    const bool trusts = !QFileInfo::exists(m_own.folder + kDistrusted);
+    m_headerFrom = m_archiveFrom = nullptr;
+    for (const RuntimeFiles *files : {&m_shipped, &m_own}) {
+        if (files == &m_shipped && !trusts)
+            continue;
+        if (!m_headerFrom && files->hasHeader(m_isDebug))
+            m_headerFrom = files;
+        if (!m_archiveFrom && files->hasArchive())
+            m_archiveFrom = files;
+    }
+    return m_headerFrom && m_archiveFrom;
+}
+
+PreparedRuntime Preparation::ready() const
 {
     PreparedRuntime runtime;
     runtime.state = PreparedRuntime::State::Ready;
     runtime.key = m_name;
-    runtime.includeFolder = files.include(m_isDebug);
+    runtime.includeFolder = m_headerFrom->include(m_isDebug);
     runtime.header = kHeader;
-    runtime.precompiled = files.precompiled(m_isDebug);
-    runtime.archive = files.archive();
+    runtime.precompiled = m_headerFrom->precompiled(m_isDebug);
+    runtime.archive = m_archiveFrom->archive();
     return runtime;
 }
 
@@ -250,7 +270,7 @@ bool Preparation::makeHeader(const QString &workFolder, bool isDebug)
     const ToolCommand command{m_tools.compiler(), m_tools.headerArguments(header, made, isDebug),
                               workFolder};
     return runStep({command}, {}) &&
-           CheckedFile::moveInto(made, m_own.precompiled(isDebug), header);
+           CheckedFile::moveInto(made, m_own.precompiled(isDebug), m_own.place(isDebug));
 }
 
 bool Preparation::makeObjects(const QString &workFolder)
@@ -289,8 +309,6 @@ bool Preparation::makeObjects(const QString &workFolder)
 
 bool Preparation::makeArchive(const QString &workFolder)
 {
-    if (CheckedFile::isWhole(m_own.archive()))
-        return true;
     // The objects are compiled through the header of the release form, whoever links them.
     if (!makeHeader(workFolder, false) || !makeObjects(workFolder))
         return false;
@@ -307,27 +325,26 @@ bool Preparation::makeAll()
     dropAbandonedWork(m_own.folder);
     const QTemporaryDir work(m_own.folder + QLatin1String("/work-XXXXXX"));
     m_error = work.errorString();
-    return work.isValid() && makeArchive(work.path()) && makeHeader(work.path(), m_isDebug) &&
-           m_own.isReady(m_isDebug);
+    return work.isValid() && (m_archiveFrom || makeArchive(work.path())) &&
+           (m_headerFrom || makeHeader(work.path(), m_isDebug)) && isReady();
 }
 
 PreparedRuntime Preparation::run()
 {
-    if (!QFileInfo::exists(m_own.folder + kDistrusted) && m_shipped.isReady(m_isDebug))
-        return ready(m_shipped);
-    if (!m_own.isReady(m_isDebug)) {
+    if (!isReady()) {
         if (!QDir().mkpath(m_own.folder))
             return failed(QDir::toNativeSeparators(m_own.folder));
         const QString lockPath = m_own.folder + QLatin1String("/lock");
         QLockFile lockFile(lockPath);
         if (!lock(lockFile))
             return failed(QDir::toNativeSeparators(lockPath));
-        if (!m_own.isReady(m_isDebug) && !makeAll())
+        if (!isReady() && !makeAll())
             return failed(m_error);
         dropOldRuntimes(QFileInfo(m_own.folder).path(), m_name);
     }
-    noteUse(m_own.folder);
-    return ready(m_own);
+    if (m_headerFrom == &m_own || m_archiveFrom == &m_own)
+        noteUse(m_own.folder);
+    return ready();
 }
 
 } // namespace
@@ -365,7 +382,9 @@ bool RuntimeCache::verify(const PreparedRuntime &runtime) const
     for (const QString &file : {runtime.includeFolder + QLatin1Char('/') + runtime.header,
                                 runtime.precompiled, runtime.archive})
         whole = CheckedFile::verify(file) && whole;
-    if (!whole && runtime.archive.startsWith(m_shippedFolder + QLatin1Char('/'))) {
+    const QString shipped = m_shippedFolder + QLatin1Char('/');
+    if (!whole &&
+        (runtime.archive.startsWith(shipped) || runtime.precompiled.startsWith(shipped))) {
         const QString folder = m_folder + QLatin1Char('/') + runtime.key;
         QDir().mkpath(folder);
         OutputFiles::write(folder + kDistrusted, QByteArray());

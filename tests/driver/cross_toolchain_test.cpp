@@ -31,6 +31,7 @@ private slots:
     void keepsTheRuntime();
     void repairsABrokenCache_data();
     void repairsABrokenCache();
+    void takesWhatWasShipped();
     void otherCompilersHaveTheirOwnRuntime();
     void twoBuildsAtOnce();
     void compilesEverythingWhenTheCacheFails();
@@ -233,6 +234,28 @@ void CrossToolchainTest::repairsABrokenCache()
     QCOMPARE(m_listener.diagnostics.size(), hidden ? 1 : 0);
     if (hidden)
         QVERIFY(m_listener.diagnostics.first().text.contains(QStringLiteral("已损坏")));
+}
+
+void CrossToolchainTest::takesWhatWasShipped()
+{
+    QVERIFY(build(job(smallProgram(QStringLiteral("return 0;")))).success);
+    const QTemporaryDir own;
+    const ToolchainJob one = job(smallProgram(QStringLiteral("return 0;")));
+    QVERIFY(CrossToolchain(false, RuntimeCache(own.path(), m_cache.path()))
+                .build(one, m_listener)
+                .success);
+    QVERIFY(!QDirIterator(own.path(), QDir::Files, QDirIterator::Subdirectories).hasNext());
+    // Damaged, it is not touched; the user's cache takes its place.
+    QDirIterator archives(m_cache.path(), {QStringLiteral("*.a")}, QDir::Files,
+                          QDirIterator::Subdirectories);
+    while (archives.hasNext())
+        QVERIFY(QFile::resize(archives.next(), 100));
+    QVERIFY(CrossToolchain(false, RuntimeCache(own.path(), m_cache.path()))
+                .build(one, m_listener)
+                .success);
+    QVERIFY(
+        QDirIterator(own.path(), {QStringLiteral("*.a")}, QDir::Files, QDirIterator::Subdirectories)
+            .hasNext());
 }
 
 void CrossToolchainTest::otherCompilersHaveTheirOwnRuntime()
