@@ -1,13 +1,13 @@
 // Runs vorelc for the tests of the command line.
 #pragma once
 
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
+#include "test_files.h"
+
 #include <QProcess>
-#include <QtTest>
 
 namespace CliTest {
+
+using TestFiles::writeFile;
 
 struct Result
 {
@@ -31,14 +31,6 @@ inline Result vorelc(const QStringList &arguments, const QString &folder,
     result.out = process.readAllStandardOutput();
     result.err = QString::fromUtf8(process.readAllStandardError());
     return result;
-}
-
-inline void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
 
 } // namespace CliTest

@@ -3,9 +3,8 @@
 
 #include "codegen/program_text.h"
 #include "driver/build_listener.h"
+#include "test_files.h"
 
-#include <QDir>
-#include <QFile>
 #include <QList>
 #include <QPair>
 #include <QStringList>
@@ -13,19 +12,8 @@
 
 namespace DriverTest {
 
-inline void writeFile(const QString &path, const QByteArray &bytes)
-{
-    QDir().mkpath(QFileInfo(path).path());
-    QFile file(path);
-    QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
-    QCOMPARE(file.write(bytes), qint64(bytes.size()));
-}
-
-inline QByteArray readFile(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using TestFiles::readFile;
+using TestFiles::writeFile;
 
 // A program of one runtime section and one part of its own, small enough for a real compiler.
 inline ProgramText smallProgram(const QString &mainBody)

@@ -1,13 +1,13 @@
 // From a project on disk to the request of a build.
 #include "driver/message_location.h"
 #include "project/project_build.h"
-#include "project_test.h"
+#include "test_files.h"
 
 #include <QTemporaryDir>
 
 #include <memory>
 
-using ProjectTest::writeFile;
+using TestFiles::writeFile;
 
 class ProjectBuildTest : public QObject
 {

@@ -1,10 +1,10 @@
 // Project files: what is read, what is corrected, and that writing loses nothing.
 #include "project/project_info.h"
-#include "project_test.h"
+#include "test_files.h"
 
 #include <QTemporaryDir>
 
-using ProjectTest::writeFile;
+using TestFiles::writeFile;
 using VL::ProjectInfo;
 
 class ProjectInfoTest : public QObject

@@ -1,14 +1,14 @@
 // Several open projects, their files, and what is told of changes.
 #include "project/project_manager.h"
-#include "project_test.h"
+#include "test_files.h"
 
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
 #include <memory>
 
-using ProjectTest::readFile;
-using ProjectTest::writeFile;
+using TestFiles::readFile;
+using TestFiles::writeFile;
 
 class ProjectManagerTest : public QObject
 {

@@ -1,4 +1,4 @@
-// What the tests of projects need.
+// Files of tests.
 #pragma once
 
 #include <QDir>
@@ -6,20 +6,22 @@
 #include <QFileInfo>
 #include <QtTest>
 
-namespace ProjectTest {
+namespace TestFiles {
 
+// Makes the folder too.
 inline void writeFile(const QString &path, const QByteArray &bytes)
 {
-    QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+    QDir().mkpath(QFileInfo(path).path());
     QFile file(path);
     QVERIFY2(file.open(QIODevice::WriteOnly), qPrintable(path));
     QCOMPARE(file.write(bytes), qint64(bytes.size()));
 }
 
+// Empty when there is no such file.
 inline QByteArray readFile(const QString &path)
 {
     QFile file(path);
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-} // namespace ProjectTest
+} // namespace TestFiles
