@@ -6,6 +6,7 @@
 #include <cstring>
 #include <string>
 #include <sys/types.h>
+#include <sys/wait.h>
 #include <unistd.h>
 
 namespace {
@@ -57,12 +58,15 @@ int printALot()
 // A child of its own that has left the group and the session.
 int startGrandchild()
 {
-    if (fork() == 0) {
+    const pid_t child = fork();
+    if (child == 0) {
         setsid();
         if (fork() == 0)
             waitForEver();
         std::exit(0);
     }
+    // From here on there are two processes, no more and no less.
+    waitpid(child, nullptr, 0);
     std::puts("started");
     std::fflush(stdout);
     waitForEver();

@@ -74,10 +74,10 @@ FormStatus readWhole(const QString &path, QByteArray &bytes)
     QFile file(path);
     if (!info.isFile() || !file.open(QIODevice::ReadOnly))
         return FormStatus::Unreadable;
-    bytes = file.read(qint64(largestFormFile) + 1);
-    if (file.error() != QFileDevice::NoError)
-        return FormStatus::Unreadable;
-    return bytes.size() > largestFormFile ? FormStatus::TooLarge : FormStatus::Done;
+    if (file.size() > largestFormFile)
+        return FormStatus::TooLarge;
+    bytes = file.readAll();
+    return file.error() == QFileDevice::NoError ? FormStatus::Done : FormStatus::Unreadable;
 }
 
 // Written aside and renamed, so that the old copy stays until the new one is whole.
