@@ -61,7 +61,7 @@ QString writeProject(const QString &folder)
             form.append(component(number));
         writeFile(QStringLiteral("%1/ui/窗口%2.vui").arg(folder).arg(i), form.toBytes());
     }
-    const QString file = folder + QStringLiteral("/大工程.vlproj");
+    QString file = folder + QStringLiteral("/大工程.vlproj");
     writeFile(file, "{\"name\": \"大工程\", \"mainWindowFile\": \"ui/窗口0.vui\"}");
     return file;
 }

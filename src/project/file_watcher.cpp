@@ -1,6 +1,7 @@
 #include "project/file_watcher.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>

@@ -13,7 +13,7 @@ enum class State
 };
 
 // Nothing above this size (bytes) is read.
-constexpr qint64 maxBytes = 1024 * 1024;
+constexpr qint64 maxBytes = qint64(1024) * 1024;
 
 State inspect(const QString &path);
 

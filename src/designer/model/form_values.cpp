@@ -103,7 +103,7 @@ QJsonValue encoded(const QVariant &value)
 QString shown(const QString &text)
 {
     constexpr int most = 40;
-    const QString start = text.left(2 * most).simplified();
+    QString start = text.left(2 * most).simplified();
     if (text.size() <= 2 * most && start.size() <= most)
         return start;
     return start.left(most) + QStringLiteral("…");
