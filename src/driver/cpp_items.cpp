@@ -46,6 +46,8 @@ struct Statement
     int end = 0;
     QList<CppToken> tokens; // up to the body, the initial value or the semicolon
     int group = -1;         // the index of the first "(...)" among them
+    int valueBegin = 0;     // behind "="
+    int valueEnd = 0;
     bool hasBody = false;   // ends with a function's body
     bool hasBraces = false; // "{...}" of a type or an initial value
     bool hasValue = false;  // "= ..."
@@ -119,6 +121,7 @@ bool StatementReader::read(Statement &statement)
             return false;
         if (token.isSign(';')) {
             ended = true;
+            statement.valueEnd = token.begin;
         } else if (token.isSign('{')) {
             if (!readBrace(statement, ended))
                 return false;
@@ -133,6 +136,7 @@ bool StatementReader::read(Statement &statement)
                 statement.tokens << token;
         } else if (token.isSign('=') && counts) {
             statement.hasValue = true;
+            statement.valueBegin = token.end;
         } else if (counts) {
             angles += token.isSign('<') ? 1 : token.isSign('>') ? -1 : 0;
             statement.hasComma =
@@ -382,10 +386,17 @@ bool ItemCutter::cutVariable(const Statement &statement)
         add(Kind::Declaration, nameText, text);
         return true;
     }
-    // Of another type in every unit that sees its value, or one of its own in each.
-    if (first == QLatin1String("auto") || first == QLatin1String("thread_local") ||
+    // One of its own in each thread or unit.
+    if (first == QLatin1String("thread_local") ||
         (first == kStatic && textOf(statement.tokens.at(1)) == QLatin1String("const")))
         return false;
+    if (first == QLatin1String("auto")) {
+        // Its value tells the type.
+        const QString value = slice(statement.valueBegin, statement.valueEnd).trimmed();
+        add(Kind::Variable, nameText, text,
+            QStringLiteral("extern std::decay_t<decltype(%1)> %2;").arg(value, nameText));
+        return statement.hasValue && nameAt == 1;
+    }
     const int begin = first == kStatic ? statement.tokens.at(1).begin : statement.begin;
     const int declaratorEnd = statement.group > 0 ? name.end : statement.tokens.last().end;
     add(Kind::Variable, nameText, slice(begin, statement.end),

@@ -17,11 +17,6 @@ using BuildMessage::text;
 const QString kLinked = QStringLiteral("vl_linked.exe");
 const QString kUnitSources = QStringLiteral("user_*.cpp");
 
-// Each unit costs a start of the compiler, each line in it is compiled again with its neighbours;
-// the optimiser takes several times as long for a line.
-constexpr int linesPerDebugUnit = 1000;
-constexpr int linesPerReleaseUnit = 500;
-
 constexpr int compilePercent = 80;
 constexpr int linkPercent = 95;
 
@@ -43,8 +38,7 @@ CrossBuild::CrossBuild(const ToolchainJob &job, const CppTools &tools,
       m_resources(job.folder, job.resources, tools.resourceCompiler())
 {
     if (form == Form::Units)
-        m_units = cutIntoUnits(job.program, job.lineMap,
-                               job.isDebug ? linesPerDebugUnit : linesPerReleaseUnit);
+        m_units = cutIntoUnits(job.program, job.lineMap);
     else if (form == Form::WholeProgram)
         m_units = {wholeUnit(job.program)};
     else

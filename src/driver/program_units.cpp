@@ -16,6 +16,9 @@ const QString mainUnitName = QStringLiteral("main");
 
 namespace {
 
+// Generated lines that one unit should not pass by much: each unit costs a start of the compiler,
+// each line in it is compiled again with its neighbours.
+constexpr int linesPerUnit = 500;
 // With more files than this the small ones share units.
 constexpr int maxFilesApart = 24;
 
@@ -33,10 +36,10 @@ uint stableHash(const QString &text)
 }
 
 // A power of two, so that a file that grows keeps its parts for long.
-uint partsFor(int lines, int linesPerPart)
+uint partsFor(int lines)
 {
     uint parts = 1;
-    while (int(parts) * linesPerPart < lines)
+    while (int(parts) * linesPerUnit < lines)
         parts *= 2;
     return parts;
 }
@@ -55,7 +58,7 @@ QString unitNameOfFile(const QString &file)
 class UnitAssignment
 {
 public:
-    UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap, int linesPerUnit);
+    UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap);
 
     // Empty for an item that is not a definition.
     QString unitOf(const CppItem &item) const;
@@ -64,14 +67,12 @@ private:
     QString fileOf(const CppItem &item) const;
 
     const SourceLineMap &m_lineMap;
-    const int m_linesPerUnit;
     QHash<QString, int> m_lines; // of the definitions of each file
     uint m_sharedParts = 0;      // the units that small files share; 0: every file is apart
 };
 
-UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap,
-                               int linesPerUnit)
-    : m_lineMap(lineMap), m_linesPerUnit(linesPerUnit)
+UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap &lineMap)
+    : m_lineMap(lineMap)
 {
     for (const CppItem &item : items) {
         if (item.kind == CppItem::Kind::Function && item.sourceLine > 0)
@@ -81,8 +82,8 @@ UnitAssignment::UnitAssignment(const QList<CppItem> &items, const SourceLineMap 
         return;
     int smallLines = 0;
     for (const int lines : qAsConst(m_lines))
-        smallLines += lines < m_linesPerUnit ? lines : 0;
-    m_sharedParts = partsFor(smallLines, m_linesPerUnit);
+        smallLines += lines < linesPerUnit ? lines : 0;
+    m_sharedParts = partsFor(smallLines);
 }
 
 QString UnitAssignment::fileOf(const CppItem &item) const
@@ -101,9 +102,9 @@ QString UnitAssignment::unitOf(const CppItem &item) const
         return mainUnitName;
     const QString file = fileOf(item);
     const int lines = m_lines.value(file);
-    if (m_sharedParts > 0 && lines < m_linesPerUnit)
+    if (m_sharedParts > 0 && lines < linesPerUnit)
         return QStringLiteral("user_%1").arg(stableHash(file) % m_sharedParts);
-    const uint parts = partsFor(lines, m_linesPerUnit);
+    const uint parts = partsFor(lines);
     const QString name = unitNameOfFile(file);
     return parts == 1 ? name
                       : QStringLiteral("%1_%2").arg(name).arg(
@@ -281,14 +282,13 @@ ProgramUnit wholeUnit(const ProgramText &program)
     return {mainUnitName, withShortLiterals(program.programOnly())};
 }
 
-QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap,
-                                int linesPerUnit)
+QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap)
 {
     const QString text = withShortLiterals(program.programOnly());
     const CppItems cut = readCppItems(text);
     if (!cut.succeeded)
         return {{mainUnitName, text}};
-    const UnitAssignment assignment(cut.items, lineMap, linesPerUnit);
+    const UnitAssignment assignment(cut.items, lineMap);
     QStringList names{mainUnitName};
     QHash<QString, int> numbers{{mainUnitName, 0}};
     QVector<int> owners;

@@ -19,9 +19,8 @@ struct ProgramUnit
 // The unit of everything that no source file has written: windows, globals, entry point.
 extern const QString mainUnitName;
 
-// One unit for each source file, those of much more than `linesPerUnit` generated lines in several,
-// many small ones together, and the main unit. Only the main unit when the program cannot be cut.
-QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap,
-                                int linesPerUnit);
+// One unit for each source file, the largest ones in several, many small ones together, and the
+// main unit. Only the main unit when the program cannot be cut.
+QList<ProgramUnit> cutIntoUnits(const ProgramText &program, const SourceLineMap &lineMap);
 // The program as a single unit.
 ProgramUnit wholeUnit(const ProgramText &program);

@@ -8,7 +8,7 @@
 #include <QString>
 
 // One text, and where each of its lines comes from. Marker lines and the blank lines between files
-// have no entry. With errors the text is not to be used.
+// have no entry. With errors, apart from warnings, the text is not to be used.
 struct MergedSource
 {
     QString text;

@@ -47,6 +47,12 @@ public:
     {
         m_merged.errors << BuildDiagnostic{BuildDiagnostic::Severity::Error, file, line, error};
     }
+    void warn(const QString &file, const QString &warning)
+    {
+        m_merged.errors << BuildDiagnostic{BuildDiagnostic::Severity::Warning, file, 0, warning};
+    }
+    // Whether any file is there, usable or not.
+    bool hasSources() const { return m_hasSources; }
     // False when a limit is passed.
     bool add(const SourceFile &file);
     MergedSource take();
@@ -62,6 +68,7 @@ private:
     const MergeLimits m_limits;
     MergedSource m_merged;
     int m_nextLine = 1;
+    bool m_hasSources = false;
 };
 
 SourceText SourceMerge::read(const SourceFile &file) const
@@ -88,6 +95,12 @@ SourceText SourceMerge::read(const SourceFile &file) const
 // The text of a file with its type blocks translated; nothing, and errors, where it has none.
 std::optional<QString> SourceMerge::usableText(const SourceFile &file)
 {
+    // Whoever deletes a file need not tell the project.
+    if (!m_liveTexts.contains(file.path) && !QFileInfo::exists(file.path)) {
+        warn(file.name, text(BuildMessage::fileMissing).arg(file.name));
+        return std::nullopt;
+    }
+    m_hasSources = true;
     const SourceText source = read(file);
     if (!source.isValid()) {
         fail(file.name, source.line, source.error);
@@ -171,14 +184,14 @@ MergedSource mergeSources(const ProjectSources &sources, const MergeLimits &limi
     const SourceList list = listSources(sources);
     for (const BuildDiagnostic &error : list.errors)
         merge.fail(error.file, error.line, error.text);
-    if (list.files.isEmpty() && list.errors.isEmpty()) {
-        merge.fail(QString(), 0,
-                   text(BuildMessage::projectWithoutSource)
-                       .arg(QDir::toNativeSeparators(sources.projectPath)));
-    }
     for (const SourceFile &file : list.files) {
         if (!merge.add(file))
             break;
+    }
+    if (!merge.hasSources() && list.errors.isEmpty()) {
+        merge.fail(QString(), 0,
+                   text(BuildMessage::projectWithoutSource)
+                       .arg(QDir::toNativeSeparators(sources.projectPath)));
     }
     return merge.take();
 }

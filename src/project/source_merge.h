@@ -43,6 +43,6 @@ struct MergeLimits
 
 // The merged text: "source/main.vc", the sources of the windows, the other .vc files, the .vpp and
 // the type files, each kind in name order. Places name files relative to the project, lines are
-// those of the file as it is on disk. Every file that cannot be used is an error; a limit that is
-// passed ends the merging. A text without errors is never empty.
+// those of the file as it is on disk. Every file that cannot be used is an error, one that is
+// gone a warning; a limit that is passed ends the merging. A text without errors is never empty.
 MergedSource mergeSources(const ProjectSources &sources, const MergeLimits &limits = {});

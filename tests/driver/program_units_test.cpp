@@ -105,8 +105,8 @@ int WINAPI wWinMain(HINSTANCE, HINSTANCE, LPWSTR, int) {
 QList<ProgramUnit> cut(QString text)
 {
     return cutIntoUnits(
-        program(text), lineMap({QStringLiteral("source/甲.vc"), QStringLiteral("source/b.vc")}, 10),
-        500);
+        program(text),
+        lineMap({QStringLiteral("source/甲.vc"), QStringLiteral("source/b.vc")}, 10));
 }
 
 } // namespace
@@ -168,6 +168,8 @@ void ProgramUnitsTest::items_data()
     row("std::vector<VL_Any> a(5);", "variable", "a", "extern std::vector<VL_Any> a;");
     row("std::vector<VL_Any> a = std::vector<VL_Any>{1, 2};", "variable", "a",
         "extern std::vector<VL_Any> a;");
+    row("auto x = f(L\"a;\", {1}) + 1; // VL_LINE:3", "variable", "x",
+        "extern std::decay_t<decltype(f(L\"a;\", {1}) + 1)> x;");
     row("static int count = 0;", "variable", "count", "extern int count;");
     row("int table[3] = {1, 2, 3};", "variable", "table", "extern int table[3];");
     row("VL_User_\xe7\x8c\xab_t cat;", "variable", "cat", "extern VL_User_\xe7\x8c\xab_t cat;");
@@ -195,8 +197,8 @@ void ProgramUnitsTest::refuses_data()
     QTest::addColumn<QString>("text");
     for (const char *text :
          {"namespace a { int b; }", "int a, b;", "extern \"C\" { void f(); }", "MACRO(x)\n",
-          "#ifdef A\nint b;\n#endif", "auto a = 1;", "void f() {", "struct { int a; } b;", "}",
-          "#if 1\nvoid f();", "struct S { int a; } s;"})
+          "#ifdef A\nint b;\n#endif", "auto *a = b;", "thread_local int a = 1;", "void f() {",
+          "struct { int a; } b;", "}", "#if 1\nvoid f();", "struct S { int a; } s;"})
         QTest::addRow("%s", text) << QString::fromLatin1(text);
 }
 
@@ -333,11 +335,11 @@ void ProgramUnitsTest::largeFilesAreParted()
     for (int i = 1; i <= 300; ++i)
         text += QStringLiteral("void f%1() {\n\n\n\n    g(); // VL_LINE:%1\n}\n").arg(i);
     const SourceLineMap map = lineMap({QStringLiteral("a.vc")}, 400);
-    const QList<ProgramUnit> units = cutIntoUnits(program(text), map, 500);
+    const QList<ProgramUnit> units = cutIntoUnits(program(text), map);
     QCOMPARE(units.size(), 5);
     // A function more leaves all but one as they are.
     const QList<ProgramUnit> more = cutIntoUnits(
-        program(text + QStringLiteral("void h() {\n    f1(); // VL_LINE:301\n}\n")), map, 500);
+        program(text + QStringLiteral("void h() {\n    f1(); // VL_LINE:301\n}\n")), map);
     QCOMPARE(more.size(), units.size());
     int touched = 0;
     for (int i = 0; i < units.size(); ++i)
@@ -353,7 +355,7 @@ void ProgramUnitsTest::manySmallFilesShare()
         files << QStringLiteral("file%1.vc").arg(i);
         text += QStringLiteral("void f%1() {\n    g(); // VL_LINE:%1\n}\n").arg(i);
     }
-    const QList<ProgramUnit> units = cutIntoUnits(program(text), lineMap(files, 1), 500);
+    const QList<ProgramUnit> units = cutIntoUnits(program(text), lineMap(files, 1));
     QVERIFY(units.size() > 1 && units.size() < 10);
 }
 
