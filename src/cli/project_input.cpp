@@ -42,9 +42,6 @@ ProjectInput projectFile(const QString &path)
         return refused(read.error);
     ProjectFile::addFilesOfFolders(read.info);
     ProjectInput input = folderProject(read.info.path);
-    if (!read.info.name.isEmpty())
-        input.request.projectName = read.info.name;
-    input.request.platform = read.info.targetPlatform;
     input.project = read.info;
     return input;
 }

@@ -269,6 +269,14 @@ QByteArray digestOf(const QList<QByteArray> &parts)
     return hash.result().toHex();
 }
 
+QString digestOfTexts(const QStringList &parts)
+{
+    QList<QByteArray> bytes;
+    for (const QString &part : parts)
+        bytes << part.toUtf8();
+    return QString::fromLatin1(digestOf(bytes));
+}
+
 QByteArray generatorFingerprint()
 {
     return QByteArray(vorelGeneratorFingerprint);

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 // What the debugger wants of a program.
 struct DebugOptions
@@ -50,6 +51,7 @@ QByteArray ofText(const QString &text);
 
 // Hexadecimal; parts that are cut differently give another digest.
 QByteArray digestOf(const QList<QByteArray> &parts);
+QString digestOfTexts(const QStringList &parts);
 
 // A value of the sources of this compiler itself: another one may generate another program.
 QByteArray generatorFingerprint();

@@ -110,8 +110,8 @@ QList<ToolCommand> CrossBuild::compileCommands()
 ToolWatch CrossBuild::watch(const QString &message, int percent, int percentEnd, int steps)
 {
     ToolWatch watch;
-    watch.goOn = [=](qint64 waited) {
-        const int seconds = int((m_waitedBefore + waited) / 1000);
+    watch.goOn = [=](qint64) {
+        const int seconds = int(m_elapsed.elapsed() / 1000);
         const int now = percent + (percentEnd - percent) * m_done / qMax(1, steps);
         m_listener.progress(now, seconds > 0 ? text(BuildMessage::waitingForTool).arg(seconds)
                                              : message);
@@ -182,7 +182,7 @@ bool CrossBuild::report(const ToolRun &run, const QString &tool)
         m_result.message = text(BuildMessage::toolCrashed).arg(run.exitCode);
         break;
     case ToolRun::End::Stalled:
-        m_result.message = text(BuildMessage::toolStalled).arg(m_waitedBefore / 1000);
+        m_result.message = text(BuildMessage::toolStalled).arg(m_elapsed.elapsed() / 1000);
         break;
     case ToolRun::End::Cancelled:
         m_result.cancelled = true;
@@ -232,6 +232,7 @@ bool CrossBuild::putInPlace()
 
 ToolchainResult CrossBuild::run()
 {
+    m_elapsed.start();
     const bool compiled = writeSources() && compile();
     m_result.success = compiled && link();
     if (m_form == Form::Units && m_result.success)

@@ -7,6 +7,7 @@
 #include "driver/runtime_cache.h"
 #include "driver/toolchain.h"
 
+#include <QElapsedTimer>
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -54,6 +55,6 @@ private:
     QStringList m_objects; // of all units, relative to the build folder
     QStringList m_made;    // those among them that this build compiles
     ToolchainResult m_result;
-    qint64 m_waitedBefore = 0;
+    QElapsedTimer m_elapsed; // since the first tool was started
     int m_done = 0;
 };

@@ -140,7 +140,7 @@ bool ScriptBuild::makeResources()
     const bool made =
         resources.prepare() &&
         (!resources.mustRun() || resources.finish(runTool(resources.command(), watch)));
-    m_result.cancelled = m_listener.isCancelled();
+    m_result.cancelled = !made && m_listener.isCancelled();
     m_result.message = resources.error();
     const QString object = m_job.folder + QLatin1Char('/') + ResourceBuild::object();
     const QString plain = m_script.folder + QLatin1String("/app_resource.o");
@@ -271,10 +271,6 @@ ToolchainResult ScriptBuild::run()
         return m_result;
     choosePaths();
     m_result.success = makeResources() && writeScript() && runScript() && takeOutput();
-    removeFiles(m_job.folder,
-                {QStringLiteral("*.o"), QStringLiteral("*.bat"), QStringLiteral("*.rc"),
-                 QStringLiteral("*.exp"), QStringLiteral("*.lib"), QStringLiteral("*.a"),
-                 QStringLiteral("*.manifest"), QStringLiteral("*.ilk"), QStringLiteral("*.pdb")});
     return m_result;
 }
 

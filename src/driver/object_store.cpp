@@ -1,8 +1,8 @@
 #include "driver/object_store.h"
 
+#include "driver/build_hashes.h"
 #include "driver/output_files.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QFile>
@@ -15,23 +15,13 @@ const QString kUnitPrefix = QStringLiteral("unit_");
 const QString kUnfinished = QStringLiteral(".part");
 const QString kLinkNote = QStringLiteral("/.obj_cache/link.hash");
 
-QString hashOf(const QStringList &texts)
-{
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString &part : texts) {
-        hash.addData(part.toUtf8());
-        hash.addData("\0", 1);
-    }
-    return QString::fromLatin1(hash.result().toHex().left(20));
-}
-
 QByteArray linkNote(const QString &executable, const QStringList &inputs)
 {
     const QFileInfo info(executable);
     const QStringList all =
         inputs + QStringList{QString::number(info.size()),
                              QString::number(info.lastModified().toMSecsSinceEpoch())};
-    return hashOf(all).toLatin1();
+    return BuildHash::digestOfTexts(all).toLatin1();
 }
 
 } // namespace
@@ -43,7 +33,8 @@ ObjectStore::ObjectStore(const QString &buildFolder) : m_buildFolder(buildFolder
 
 QString ObjectStore::objectName(const QString &unit, const QStringList &inputs) const
 {
-    return QStringLiteral("%1/%2%3-%4.o").arg(kFolder, kUnitPrefix, unit, hashOf(inputs));
+    return QStringLiteral("%1/%2%3-%4.o")
+        .arg(kFolder, kUnitPrefix, unit, BuildHash::digestOfTexts(inputs));
 }
 
 bool ObjectStore::has(const QString &objectName) const

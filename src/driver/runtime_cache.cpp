@@ -1,11 +1,11 @@
 #include "driver/runtime_cache.h"
 
+#include "driver/build_hashes.h"
 #include "driver/build_messages.h"
 #include "driver/checked_file.h"
 #include "driver/output_files.h"
 
 #include <QCoreApplication>
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QDir>
 #include <QDirIterator>
@@ -29,14 +29,10 @@ const QString kDistrusted = QStringLiteral("/shipped-is-damaged");
 // together take more than this.
 constexpr qint64 maxCacheBytes = qint64(768) << 20;
 
+// Long enough to tell all that ever lie together apart, short enough for a file name.
 QString hashOf(const QStringList &texts)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha256);
-    for (const QString &part : texts) {
-        hash.addData(part.toUtf8());
-        hash.addData("\0", 1);
-    }
-    return QString::fromLatin1(hash.result().toHex().left(16));
+    return BuildHash::digestOfTexts(texts).left(16);
 }
 
 // When a runtime was last used; told by the time of a file, set at most once a day.

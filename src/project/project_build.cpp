@@ -27,9 +27,6 @@ const char liveOwnDesign[] =
 const char startupHint[] = "  [提示] 启动窗口 \"%1\"，请确认其界面文件已保存后再运行。";
 const char unknownType[] = "类型%1";
 
-constexpr int highestScheme = 5;
-constexpr int fallbackScheme = 3;
-
 QString text(const char *utf8)
 {
     return QString::fromUtf8(utf8);
@@ -235,9 +232,7 @@ void Assembly::decideOptions()
     request.platform = m_choices.platform.isEmpty() ? m_project.targetPlatform : m_choices.platform;
     request.uiBackend = backend();
     request.useBeautification = m_project.useBeautification;
-    request.beautificationScheme = m_project.beautificationScheme > highestScheme
-                                       ? fallbackScheme
-                                       : m_project.beautificationScheme;
+    request.beautificationScheme = m_project.beautificationScheme;
     request.activeFileName = QStringLiteral("source/main.vc");
     request.identity = m_project.identity;
 }
