@@ -23,14 +23,11 @@ int makeSingleFile(const QString &folder, const QString &name)
     const QString path = QDir(folder).absoluteFilePath(name + QLatin1String(".vl"));
     if (QFileInfo::exists(path))
         return refuse(QStringLiteral("文件“%1”已经存在。").arg(QDir::toNativeSeparators(path)));
-    const QList<TemplateFile> files =
-        filesForNewProject(ProjectKind::Single, name, QString(), QDateTime::currentDateTime());
-    for (const TemplateFile &file : files) {
-        if (!file.path.endsWith(QLatin1String("/main.vc")))
-            continue;
-        if (!QDir().mkpath(folder) || !OutputFiles::write(path, file.bytes))
-            return refuse(QStringLiteral("无法写入文件：%1").arg(QDir::toNativeSeparators(path)));
-    }
+    const TemplateFile program =
+        filesForNewProject(ProjectKind::Single, name, QString(), QDateTime::currentDateTime())
+            .first();
+    if (!QDir().mkpath(folder) || !OutputFiles::write(path, program.bytes))
+        return refuse(QStringLiteral("无法写入文件：%1").arg(QDir::toNativeSeparators(path)));
     Console::result(QDir::toNativeSeparators(path));
     return ExitCode::done;
 }

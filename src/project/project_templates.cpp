@@ -117,12 +117,14 @@ QList<TemplateFile> filesForNewProject(ProjectKind kind, const QString &name,
                                        const QString &windowType, const QDateTime &created)
 {
     const QString suffix = windowSuffix(windowType);
+    const QByteArray program = mainSource(programTemplate(kind, suffix), name, created);
+    if (kind == ProjectKind::Single)
+        return {{QStringLiteral("main.vc"), program}};
     QList<TemplateFile> files{
         {QStringLiteral("source/globals.vc"), readTemplate(QStringLiteral("globals.vc")).toUtf8()},
         {QStringLiteral("source/constants.vc"),
          readTemplate(QStringLiteral("constants.vc")).toUtf8()},
-        {QStringLiteral("source/main.vc"),
-         mainSource(programTemplate(kind, suffix), name, created)},
+        {QStringLiteral("source/main.vc"), program},
     };
     if (kind == ProjectKind::Gui)
         files << mainWindow(suffix, name);

@@ -25,9 +25,9 @@ struct TemplateFile
     QByteArray bytes;
 };
 
-// The sources, and the form of the main window for a graphical project; `windowType` is the
-// project's uiBackend and matters for nothing else. Any name is harmless: it appears only in a
-// comment and as a window's title.
+// The sources - of a single file that one alone, which may be called anything -, and the form of
+// the main window for a graphical project; `windowType` is the project's uiBackend and matters for
+// nothing else. Any name is harmless: it appears only in a comment and as a window's title.
 QList<TemplateFile> filesForNewProject(ProjectKind kind, const QString &name,
                                        const QString &windowType, const QDateTime &created);
 

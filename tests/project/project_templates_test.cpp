@@ -113,8 +113,10 @@ void ProjectTemplatesTest::files()
                          QStringLiteral("source/main.vc")};
     if (!form.isEmpty())
         expected << form;
+    if (kind == ProjectKind::Single)
+        expected = QStringList{QStringLiteral("main.vc")};
     QCOMPARE(paths, expected);
-    QVERIFY(bytesOf(files, expected.at(2))
+    QVERIFY(bytesOf(files, expected.value(2, expected.first()))
                 .startsWith("// 我的程序 - 主程序\n// 创建时间: 2026-03-05 07:08:09\n\n"));
     QVERIFY(form.isEmpty() || files.last().bytes.contains("\"我的程序\""));
 }
