@@ -55,6 +55,8 @@ constexpr char fileNul[] =
 constexpr char fileNotUtf8[] =
     "第%1行：文件不是有效的 UTF-8 文本，请用编辑器另存为 UTF-8 编码后重试。";
 constexpr char projectWithoutSource[] = "工程中没有源文件：%1";
+constexpr char blockWithoutBrace[] = "第 %1 行：「类型」名称后缺少「{」";
+constexpr char textBehindBlock[] = "第 %1 行：「类型」闭合「}」后不应再有内容";
 constexpr char duplicateHandler[] =
     "%1(%2): 事件处理函数重复：%3.%4（首次定义在 %5 第 %6 行，请删除重复项）";
 constexpr char missingDoubleQuote[] = "第 %1 行：缺少右双引号";

@@ -2,12 +2,13 @@
 
 #include "driver/build_messages.h"
 #include "driver/source_text.h"
-#include "frontend/type_blocks.h"
+#include "driver/type_source.h"
 
 #include <QDir>
 #include <QFileInfo>
-#include <QRegularExpression>
 #include <QStringList>
+
+#include <optional>
 
 namespace {
 
@@ -18,14 +19,14 @@ struct SourceKind
 {
     const char *pattern;
     const char *markerLabel;
-    bool isTypeBlocks;
+    std::optional<TypeSourceKind> types; // what its type blocks stand among
 };
 
 constexpr SourceKind sourceKinds[] = {
-    {"*.vc", " ", false},
-    {"*.vpp", " 类定义", false},
-    {"*.vt", " 类型定义", false},
-    {"*.vd", " 类型定义", true},
+    {"*.vc", " ", std::nullopt},
+    {"*.vpp", " 类定义", std::nullopt},
+    {"*.vt", " 类型定义", TypeSourceKind::WithClasses},
+    {"*.vd", " 类型定义", TypeSourceKind::BlocksOnly},
 };
 
 class Merger
@@ -39,7 +40,6 @@ public:
 
 private:
     void append(const QString &content);
-    void addTypeBlocks(const QString &content, const QString &name);
 
     MergedSource m_merged;
     int m_nextLine = 1;
@@ -64,37 +64,6 @@ void Merger::addText(const QString &content, const QString &name)
         m_merged.lineMap.insert(m_merged.lineMap.end(), line, {name, line - first + 1});
 }
 
-// The class text that type blocks become has other lines than the file: each line belongs to the
-// next line of the file that holds its last word.
-void Merger::addTypeBlocks(const QString &content, const QString &name)
-{
-    static const QRegularExpression word(QStringLiteral("[\\p{L}_][\\p{L}\\p{N}_]*"));
-    QString error;
-    const QString converted = convertTypeBlocks(content, &error);
-    if (!error.isEmpty()) {
-        static const QRegularExpression number(QStringLiteral("第\\s*(\\d+)\\s*行"));
-        refuse(error, name, number.match(error).captured(1).toInt());
-        return;
-    }
-    const QStringList original = content.split(QLatin1Char('\n'));
-    int at = 0;
-    const QStringList lines = converted.split(QLatin1Char('\n'));
-    for (int i = 0; i < lines.size(); ++i) {
-        QString last;
-        QRegularExpressionMatchIterator words = word.globalMatch(lines.at(i));
-        while (words.hasNext())
-            last = words.next().captured();
-        for (int ahead = at; !last.isEmpty() && ahead < qMin(at + 200, original.size()); ++ahead) {
-            if (original.at(ahead).contains(last)) {
-                at = ahead;
-                break;
-            }
-        }
-        m_merged.lineMap.insert(m_nextLine + i, SourceLocation{name, at + 1});
-    }
-    append(converted);
-}
-
 void Merger::addFile(const QString &path, const QString &name, const SourceKind &kind)
 {
     const SourceText source = readSourceFile(path, name);
@@ -102,12 +71,14 @@ void Merger::addFile(const QString &path, const QString &name, const SourceKind 
         refuse(source.error, name, source.line);
         return;
     }
+    TypeSource code{source.text, {}};
+    if (kind.types)
+        code = translateTypeSource(source.text, *kind.types);
+    for (const TypeSource::Fault &fault : qAsConst(code.faults))
+        refuse(fault.text, name, fault.line);
     append(QStringLiteral("// =====%1%2 =====\n")
                .arg(QString::fromUtf8(kind.markerLabel), QFileInfo(path).fileName()));
-    if (kind.isTypeBlocks)
-        addTypeBlocks(source.text, name);
-    else
-        addText(source.text, name);
+    addText(code.text, name);
     append(QStringLiteral("\n\n"));
 }
 

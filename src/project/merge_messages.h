@@ -15,7 +15,5 @@ constexpr char classFileTooLarge[] =
     "合并源码将超过 IDE 上限，已中止。请删减 .vpp 或使用 64 位 VorelDesk。";
 constexpr char typeFileTooLarge[] =
     "合并源码将超过 IDE 上限，已中止。请删减 .vt 或使用 64 位 VorelDesk。";
-constexpr char blockWithoutBrace[] = "第 %1 行：「类型」名称后缺少「{」";
-constexpr char textBehindBlock[] = "第 %1 行：「类型」闭合「}」后不应再有内容";
 
 } // namespace MergeMessage

@@ -1,9 +1,9 @@
 #include "project/source_merge.h"
 
 #include "driver/build_messages.h"
+#include "driver/type_source.h"
 #include "project/merge_messages.h"
 #include "project/source_list.h"
-#include "project/type_source.h"
 #include "project/window_prefix.h"
 
 #include <QDir>

@@ -19,6 +19,7 @@ private slots:
     void refusesWhatIsNoFile();
     void mergesEveryKindInOrder();
     void mapsEachLineToItsFile();
+    void mapsTypeBlocksToTheirFile_data();
     void mapsTypeBlocksToTheirFile();
     void reportsEveryBrokenFile();
     void takesTheProjectFolderWithoutSourceFolder();
@@ -128,18 +129,26 @@ void SourceInputTest::mapsEachLineToItsFile()
     QVERIFY(!merged.lineMap.contains(1));
 }
 
+void SourceInputTest::mapsTypeBlocksToTheirFile_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addRow("blocks alone") << QStringLiteral("source/点.vd");
+    QTest::addRow("blocks among classes") << QStringLiteral("source/点.vt");
+}
+
 void SourceInputTest::mapsTypeBlocksToTheirFile()
 {
+    QFETCH(QString, file);
     QTemporaryDir dir;
     writeFile(dir.filePath(QStringLiteral("source/a.vc")), "一");
-    writeFile(dir.filePath(QStringLiteral("source/点.vd")),
-              "\n\n类型 点\n{\n\n整数 横\n整数 纵\n}\n");
+    writeFile(dir.filePath(file), "\n\n类型 点\n{\n\n整数 横\n整数 纵\n}\n");
     const MergedSource merged = mergeProject(dir.path());
     QVERIFY(merged.errors.isEmpty());
     const QStringList lines = merged.text.split(QLatin1Char('\n'));
     const int line = lines.indexOf(QRegularExpression(QStringLiteral(".*纵")));
     QVERIFY(line > 0);
-    QCOMPARE(merged.lineMap.value(line + 1).file, QStringLiteral("source/点.vd"));
+    QVERIFY(merged.text.contains(QStringLiteral("类 点")));
+    QCOMPARE(merged.lineMap.value(line + 1).file, file);
     QCOMPARE(merged.lineMap.value(line + 1).line, 7);
 }
 

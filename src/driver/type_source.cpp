@@ -1,8 +1,8 @@
-#include "project/type_source.h"
+#include "driver/type_source.h"
 
+#include "driver/build_messages.h"
 #include "frontend/lexer.h"
 #include "frontend/type_blocks.h"
-#include "project/merge_messages.h"
 
 #include <QRegularExpression>
 #include <QStringList>
@@ -190,7 +190,7 @@ int TypeTranslator::skipBlock(int index, const Block &block)
         if (at.line - 1 < block.last)
             continue;
         if (isClosed && !isTold && at.type != Lexer::Semicolon) {
-            fail(block.last, QString::fromUtf8(MergeMessage::textBehindBlock).arg(at.line));
+            fail(block.last, BuildMessage::text(BuildMessage::textBehindBlock).arg(at.line));
             isTold = true;
         }
         isClosed = isClosed || at.type == Lexer::RightBrace;
@@ -203,7 +203,7 @@ int TypeTranslator::readBlock(int index)
     const int brace = braceOf(index);
     if (brace < 0) {
         const int line = token(index).line;
-        fail(line - 1, QString::fromUtf8(MergeMessage::blockWithoutBrace).arg(line));
+        fail(line - 1, BuildMessage::text(BuildMessage::blockWithoutBrace).arg(line));
         while (token(index).type != Lexer::EndOfFile && token(index).line == line)
             ++index;
         return index;

@@ -1,8 +1,7 @@
-// Type files and the legacy text: what becomes of blocks, and where.
-#include "project/type_source.h"
+// Type files: what becomes of blocks, and where.
+#include "driver/type_source.h"
 
 #include "frontend/parser.h"
-#include "project/legacy_text.h"
 
 #include <QtTest>
 
@@ -19,8 +18,6 @@ private slots:
     void refuses();
     void givesClassesOfTheLanguage();
     void takesLargeFiles();
-    void splitsLegacyText_data();
-    void splitsLegacyText();
 };
 
 void TypeSourceTest::translates_data()
@@ -122,42 +119,6 @@ void TypeSourceTest::takesLargeFiles()
     text += QStringLiteral("类型 ").repeated(40000);
     const TypeSource source = translateTypeSource(text, TypeSourceKind::WithClasses);
     QVERIFY(source.text.contains(QStringLiteral("类 点39999 {\n    属性 整数 横\n}")));
-}
-
-void TypeSourceTest::splitsLegacyText_data()
-{
-    QTest::addColumn<QString>("text");
-    QTest::addColumn<QString>("code");
-    QTest::addColumn<QString>("design");
-    QTest::addRow("both") << "甲\n===VL_CODE===\n 乙 \n===VL_UI===\n{丙}\n"
-                          << "乙"
-                          << "\n{丙}\n";
-    QTest::addRow("code only") << "===VL_CODE===\n乙\n"
-                               << "乙"
-                               << "";
-    QTest::addRow("no marker") << "\n乙\n"
-                               << "\n乙\n"
-                               << "";
-    QTest::addRow("design marker only") << "乙\n===VL_UI===\n丙"
-                                        << "乙\n===VL_UI===\n丙"
-                                        << "";
-    QTest::addRow("design first") << "===VL_UI===\n丙\n===VL_CODE===\n乙"
-                                  << "乙"
-                                  << "";
-    QTest::addRow("empty parts") << "===VL_CODE======VL_UI==="
-                                 << ""
-                                 << "";
-    QTest::addRow("nothing") << ""
-                             << ""
-                             << "";
-}
-
-void TypeSourceTest::splitsLegacyText()
-{
-    QFETCH(QString, text);
-    const LegacyText parts = splitLegacyText(text);
-    QTEST(parts.code, "code");
-    QTEST(parts.design, "design");
 }
 
 QTEST_GUILESS_MAIN(TypeSourceTest)
