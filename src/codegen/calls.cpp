@@ -113,6 +113,8 @@ QString Generation::call(const Node *node)
     if (!callee)
         return QString();
     if (callee->type == Parser::Member) {
+        if (const auto component = componentOf(callee->children.value(0)))
+            return componentCall(node, *component);
         const ClassSymbol *symbol = classOf(callee->children.value(0));
         if (symbol)
             return methodCall(node, *symbol);

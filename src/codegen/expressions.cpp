@@ -140,9 +140,8 @@ QString Generation::identifier(const Node *node)
     const QString normal = Names::normalized(name);
     if (normal != name && m_scopes.find(normal))
         return cppName(name);
-    QString component = componentIdentifier(name);
-    if (!component.isEmpty())
-        return component;
+    if (const auto component = componentNamed(name))
+        return usedHandle(*component);
     if (m_functions.contains(name))
         return cppName(name);
     QString command = m_tables.commandText(name);
@@ -156,25 +155,6 @@ QString Generation::identifier(const Node *node)
             return Names::sanitize(name.mid(1));
     }
     return cppName(name);
-}
-
-// The handle of a component; a default name ("按钮1") that no design knows is declared on demand.
-QString Generation::componentIdentifier(const QString &name)
-{
-    const auto found = m_controlHandles.constFind(name);
-    if (found != m_controlHandles.cend())
-        return *found;
-    if (Names::componentNumber(name).isEmpty())
-        return QString();
-    const QString warning =
-        QStringLiteral("[组件 ID] 疑似纯数字后缀的控件名「%1」，请确认设计器命名是否与脚本一致。")
-            .arg(name);
-    if (!warnings.contains(warning))
-        warnings << warning;
-    QString handle = Names::handle(Names::sanitizeComponent(name));
-    if (!m_referencedControls.contains(handle))
-        m_referencedControls << handle;
-    return handle;
 }
 
 QString Generation::incomplete(const Node *node, const QString &sign)
@@ -250,6 +230,12 @@ QString Generation::unary(const Node *node)
     if (node->children.isEmpty())
         return incomplete(node, node->value);
     const Node *operand = node->children.first();
+    if (node->flag(Meta::postfix) && operand->type == Parser::Member) {
+        if (const auto component = componentOf(operand->children.value(0))) {
+            const QString sign = node->value.left(1) + QLatin1Char('=');
+            return componentAssign(operand, *component, sign, QStringLiteral("1"), ValueType::Int);
+        }
+    }
     const QString text = expression(operand);
     if (node->flag(Meta::postfix))
         return text + node->value;
@@ -391,6 +377,10 @@ QString Generation::assignment(const Node *node)
     const Node *target = node->children.at(0);
     const Node *value = node->children.at(1);
     const bool plain = node->value == QLatin1String("=");
+    if (target->type == Parser::Member) {
+        if (const auto component = componentOf(target->children.value(0)))
+            return componentWrite(node, *component);
+    }
     if (target->type == Parser::Index && target->children.size() == 2) {
         const Node *base = target->children.at(0);
         const Node *key = target->children.at(1);
@@ -415,12 +405,17 @@ QString Generation::assignment(const Node *node)
     return text;
 }
 
-// A member of an object. Components and windows are members of other kinds.
+// A member of an object, a component or a window.
 QString Generation::member(const Node *node)
 {
     const Node *object = node->children.value(0);
     if (!object)
         return cppName(node->value);
+    if (const auto component = componentOf(object))
+        return componentRead(node, *component);
+    // A control of another window, written with the window's name.
+    if (const auto control = componentOf(node))
+        return usedHandle(*control);
     const QString text = expression(object);
     const ClassSymbol *symbol = classOf(object);
     if (!symbol)

@@ -42,9 +42,24 @@ Generation::Generation(const GenerationInput &input)
     : m_input(input), m_tables(GeneratorTables::instance())
 {
     m_scopes.push(true);
-    for (const WindowRecord &window : input.windows) {
-        if (window.isStartup || window.implicit)
-            m_controlHandles.insert(QStringLiteral("主窗口"), QStringLiteral("g_hWndMain"));
+    collectWindows();
+}
+
+// The start window comes first; what is looked up by name is found there before elsewhere.
+void Generation::collectWindows()
+{
+    if (m_input.windows.isEmpty())
+        return;
+    int start = 0;
+    for (int i = m_input.windows.size() - 1; i >= 0; --i) {
+        if (m_input.windows.at(i).isStartup)
+            start = i;
+    }
+    const int kFirstControl = 1001;
+    m_windows << DesignedWindow(m_input.windows.at(start), true, kFirstControl);
+    for (int i = 0; i < m_input.windows.size(); ++i) {
+        if (i != start)
+            m_windows << DesignedWindow(m_input.windows.at(i), false, m_windows.last().nextId());
     }
 }
 
@@ -75,6 +90,9 @@ void Generation::collectSymbols(const Node *root)
     collectClasses(root);
     collectFunctions(root);
     collectGlobals(root);
+    collectMenus();
+    collectEvents(root);
+    warnOfMenuHandlers();
     collectMentions();
 }
 

@@ -4,6 +4,8 @@
 #include "catalog/command_library.h"
 #include "catalog/command_syntax.h"
 #include "codegen/code_writer.h"
+#include "codegen/component_tables.h"
+#include "codegen/designed_window.h"
 #include "codegen/generator_messages.h"
 #include "codegen/generator_tables.h"
 #include "codegen/program_text.h"
@@ -12,22 +14,13 @@
 #include "frontend/parser.h"
 
 #include <QHash>
+#include <QJsonArray>
 #include <QMap>
 #include <QSet>
 #include <QString>
 #include <QStringList>
 
-// A window that the program has.
-struct WindowRecord
-{
-    QString name;
-    QString filePath;
-    QList<VL::DesignComponent> components;
-    bool isMain = false;
-    bool isStartup = false;
-    bool implicit = false; // the hidden start window of a program without a form
-    QString sanitizedName;
-};
+#include <optional>
 
 // What a generation is given.
 struct GenerationInput
@@ -40,7 +33,7 @@ struct GenerationInput
 
 // All state of a run lives here, so nothing of one build can leak into the next. The member
 // functions are spread over files by matter: classes, declarations, statements, loops, expressions,
-// calls, special calls, types, windows.
+// calls, special calls, types, members of components, windows, events, menus.
 class Generation
 {
 public:
@@ -76,7 +69,8 @@ private:
     const FunctionSignature *findFunction(const QString &name) const;
 
     // --- the order of the whole text (program_skeleton.cpp) ---
-    void appendRuntime(ProgramText &text, int from, int to);
+    static void appendRuntime(ProgramText &text, int from, int to);
+    void collectWindows();
     QString controlIds() const;
     QString handleDeclarations() const;
     QString forwardDeclarations();
@@ -147,7 +141,6 @@ private:
     QString expression(const Node *node);
     QString literal(const Node *node) const;
     QString identifier(const Node *node);
-    QString componentIdentifier(const QString &name);
     // Reports an operation that lacks an operand; its text stays empty.
     QString incomplete(const Node *node, const QString &sign);
     QString binary(const Node *node);
@@ -223,17 +216,126 @@ private:
     QStringList plainArguments(const Node *node, int from = 1);
     void checkChangedArray(const Node *node, const QString &name);
 
-    // --- windows (window_program.cpp) ---
-    QString mainWindowDeclarations() const;
-    QString createControls() const;
+    // --- components and windows as objects (member_access.cpp) ---
+    struct ComponentRef
+    {
+        QString handle;
+        int type; // NoComponentType for a control that only code mentions
+        QString name;
+    };
+    std::optional<ComponentRef> componentOf(const Node *node) const;
+    std::optional<ComponentRef> componentNamed(const QString &written) const;
+    const DesignedWindow *windowNamed(const QString &name) const;
+    QString usedHandle(const ComponentRef &component);
+    QString typeWordOf(const ComponentRef &component) const;
+    QString componentRead(const Node *node, const ComponentRef &component);
+    QString componentWrite(const Node *node, const ComponentRef &component);
+    QString componentAssign(const Node *target, const ComponentRef &component, const QString &sign,
+                            QString text, ValueType given);
+    QString componentValue(const QString &wanted, const QString &text, ValueType given,
+                           const Node *place, const QString &what);
+    QString componentCall(const Node *node, const ComponentRef &component);
+    QString balloonCall(const Node *node, const ComponentRef &component);
+    QString methodText(const ComponentMethod &method, const QString &handle,
+                       const QStringList &arguments) const;
+    QStringList methodArguments(const Node *node, const ComponentRef &component,
+                                const ComponentMethod &method);
+    QString unknownMember(const Node *node, const ComponentRef &component);
+    // `arguments`: -1 when the member is read.
+    ValueType componentMemberType(const QString &name, const ComponentRef &component,
+                                  int arguments) const;
+
+    // --- events (event_handlers.cpp) ---
+    struct EventHandler
+    {
+        const Node *node = nullptr; // the user's event function
+        const ComponentEvent *event = nullptr;
+        QString function; // else a function that the form names
+    };
+    void collectEvents(const Node *root);
+    void collectEvent(const Node *node, const DesignedWindow *inWindow, const QString &owner,
+                      const QString &word);
+    void collectDesignedHandlers();
+    void addControlHandler(const Node *node, const DesignedControl &control, const QString &word);
+    void addHandler(const QString &key, const Node *node, const ComponentEvent *event);
+    static QString handlerKey(const DesignedControl &control, const ComponentEvent &event);
+    const EventHandler *handlerOf(const DesignedControl &control,
+                                  const ComponentEvent &event) const;
+    const EventHandler *handlerOf(const DesignedWindow &window, const ComponentEvent &event) const;
+    QList<const ComponentEvent *> eventsOf(const DesignedControl &control) const;
+    QList<const ComponentEvent *> eventsOf(const DesignedWindow &window) const;
+    static QString handlerName(const QString &stem, const ComponentEvent &event);
+    static QString handlerHead(const QString &stem, const ComponentEvent &event);
+    QString eventDeclarations() const;
+    QString eventHandlers();
+    void writeHandler(CodeWriter &writer, const QString &stem, const ComponentEvent &event,
+                      const EventHandler *handler, bool startsUserCode);
+    void writeEventBody(CodeWriter &writer, const ComponentEvent &event, const Node *function);
+    void writeHandlerCall(CodeWriter &writer, const ComponentEvent &event,
+                          const FunctionSignature &function);
+    QString eventHandlerCall(const Node *node, const ComponentRef &component);
+    QString handlerCallText(const Node *node, const QString &stem, const ComponentEvent &event);
+
+    // --- menus of the design (design_menus.cpp) ---
+    struct DesignMenuItem
+    {
+        QString key;
+        QString handler;
+    };
+    struct DesignMenu
+    {
+        const DesignedWindow *window;
+        QString handle;
+        bool isWindow;
+        bool allowed;
+        QString function;
+        QString body;
+        QList<DesignMenuItem> items;
+    };
+    void collectMenus();
+    void addMenu(const DesignedWindow &window, const VL::DesignComponent &component,
+                 const QString &stem, const QString &handle);
+    void addMenuItems(DesignMenu &menu, const QJsonArray &items, const QString &stem,
+                      const QString &parent, CodeWriter &writer, int &number, int depth);
+    void warnOfMenuHandlers();
+    QString menuFunctions(const DesignedWindow &window) const;
+    void writeMenuMessage(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeMenuPermissions(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeMenuHandlers(CodeWriter &writer);
+
+    // --- window procedures (window_procedure.cpp) ---
+    QString windowProcedure(const DesignedWindow &window) const;
+    bool answers(const DesignedWindow &window, const QString &word) const;
+    void writeEarlyEvents(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeCommandMessage(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeNotifyMessage(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeNotifyCase(CodeWriter &writer, const DesignedControl &control) const;
+    void writeScrollMessages(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeCloseMessages(CodeWriter &writer, const DesignedWindow &window) const;
+
+    // --- creation of windows and controls, entry point (window_program.cpp) ---
+    QString createControls(const DesignedWindow &window) const;
+    static void writeTabOrder(CodeWriter &writer, const DesignedWindow &window);
+    static void writeLayout(CodeWriter &writer, const DesignedWindow &window);
+    static void writeLayoutMember(CodeWriter &writer, const DesignedWindow &window,
+                                  const DesignedControl &control, bool wholeWindow);
+    QString furtherWindow(const DesignedWindow &window) const;
+    void writeWindowClass(CodeWriter &writer, const DesignedWindow &window,
+                          const QString &className, const QString &procedure) const;
+    void writeWindowCreation(CodeWriter &writer, const DesignedWindow &window,
+                             const QString &className) const;
+    static QString windowExtendedStyle(const DesignedWindow &window);
+    void writeWindowSetUp(CodeWriter &writer, const DesignedWindow &window) const;
+    static void writeWindowPlace(CodeWriter &writer, const DesignedWindow &window);
     QString entryPoint() const;
-    QString eventHandlers(const Node *root);
-    void writeMainWindowEvent(CodeWriter &writer, const WindowEvent &event, const Node *root);
-    void writeEventBody(CodeWriter &writer, const WindowEvent &event, const Node *function);
+    void writeHiddenWindow(CodeWriter &writer, const DesignedWindow &window) const;
+    void writeStartWindow(CodeWriter &writer, const DesignedWindow &window) const;
+    static void writeSelfDrawnColors(CodeWriter &writer, const DesignedWindow &window);
     void writeStartOfUserCode(CodeWriter &writer);
-    const Node *findEventFunction(const Node *root, const QStringList &words) const;
+    // Whether any window has a component of that type.
+    bool uses(int type) const;
     // The window the program starts with; there is one whenever there is any window.
-    const WindowRecord &startWindow() const;
+    const DesignedWindow &startWindow() const { return m_windows.first(); }
     QStringList windowNames() const;
 
     const GenerationInput &m_input;
@@ -243,7 +345,11 @@ private:
     QStringList m_userClassOrder;
     QHash<QString, QSet<QString>> m_mentions; // for each class, all names in it
     QHash<QString, QString> m_cppNames;
-    QMap<QString, QString> m_controlHandles; // ordered: declarations follow it
+    QList<DesignedWindow> m_windows; // the start window first
+    mutable QHash<QString, ComponentRef> m_componentRefs;
+    QHash<QString, EventHandler> m_handlers; // by the end of the handler's name
+    QList<DesignMenu> m_menus;
+    QSet<QString> m_menuHandlers;
     QStringList m_referencedControls;
     ScopeStack m_scopes;
     QSet<QString> m_reported;

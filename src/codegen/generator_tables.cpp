@@ -89,17 +89,6 @@ GeneratorTables::GeneratorTables()
             classMethods[it.key()].insert(method.key(), toList(method.value()));
     }
 
-    const QJsonArray events = table("mainWindowEvents").toArray();
-    for (const QJsonValue &value : events) {
-        const QJsonObject event = value.toObject();
-        const auto text = [&event](const char *key) {
-            return event.value(QLatin1String(key)).toString();
-        };
-        mainWindowEvents << WindowEvent{toList(event.value(QLatin1String("words"))),
-                                        text("handler"), text("result"), text("parameters"),
-                                        toList(event.value(QLatin1String("locals")))};
-    }
-
     const QJsonObject byType = table("callTypes").toObject();
     for (auto it = byType.begin(); it != byType.end(); ++it) {
         for (const QString &command : toList(it.value()))

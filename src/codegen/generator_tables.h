@@ -7,16 +7,6 @@
 #include <QString>
 #include <QStringList>
 
-// An event of the main window. `locals` are rows "Chinese name=C++ parameter".
-struct WindowEvent
-{
-    QStringList words;
-    QString handler;
-    QString result;
-    QString parameters;
-    QStringList locals;
-};
-
 // Read on first use, never changed; a test checks that every file is complete.
 struct GeneratorTables
 {
@@ -48,7 +38,6 @@ struct GeneratorTables
     QSet<QString> displayedFirstArgument;   // first argument goes through VL_ToOutputStr
     // Methods of built-in classes under further names: class to name to C++ member and type.
     QHash<QString, QHash<QString, QStringList>> classMethods;
-    QList<WindowEvent> mainWindowEvents;
     QHash<QString, QString> narrowCodePages; // functions on bytes, with the code page of the bytes
 
 private:

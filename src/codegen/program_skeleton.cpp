@@ -34,7 +34,7 @@ ProgramText Generation::program(const Node *root)
     collectSymbols(root);
     // First of all: calls fill the handles and the errors on which earlier sections depend.
     const QString user = root ? userCode(root) : QString();
-    const QString handlers = eventHandlers(root);
+    const QString handlers = eventHandlers();
 
     appendRuntime(text, 0, kConstantsFrom);
     text.append(controlIds());
@@ -48,11 +48,17 @@ ProgramText Generation::program(const Node *root)
     text.append(QStringLiteral("// user classes\n"));
     if (!user.isEmpty())
         text.append(QStringLiteral("// User-defined functions\n") + user);
-    text.append(mainWindowDeclarations());
+    text.append(eventDeclarations());
+    const DesignedWindow &start = startWindow();
     text.append(QStringLiteral("// VL_IDE_WNDPROC_BEGIN\n") +
-                fixedText(QStringLiteral("window_procedure.inc")));
+                fixedText(QStringLiteral("window_procedure.inc")) + menuFunctions(start) +
+                windowProcedure(start));
     text.append(fixedText(QStringLiteral("dpi_helpers.inc")));
-    text.append(QStringLiteral("// VL_IDE_CREATECONTROLS_BEGIN\n") + createControls());
+    text.append(QStringLiteral("// VL_IDE_CREATECONTROLS_BEGIN\n") + createControls(start));
+    for (const DesignedWindow &window : qAsConst(m_windows)) {
+        if (!window.isStart())
+            text.append(furtherWindow(window));
+    }
     text.append(entryPoint());
     text.append(handlers);
     return text;
@@ -74,11 +80,9 @@ QString Generation::controlIds() const
 {
     CodeWriter writer;
     writer.line(QStringLiteral("// Control IDs"));
-    for (const WindowRecord &window : m_input.windows) {
-        if (!window.isStartup)
-            continue;
-        for (int i = 0; i < window.components.size(); ++i)
-            writer.line(QStringLiteral("#define IDC_CTRL_%1 %2").arg(i).arg(1001 + i));
+    for (const DesignedControl &control : startWindow().controls()) {
+        if (control.hasWindow())
+            writer.line(QStringLiteral("#define %1 %2").arg(control.idText).arg(control.id));
     }
     return writer.takeText();
 }
@@ -86,16 +90,18 @@ QString Generation::controlIds() const
 QString Generation::handleDeclarations() const
 {
     CodeWriter writer;
-    QStringList declared;
-    for (const WindowRecord &window : m_input.windows) {
-        if (!window.isStartup && !window.implicit)
-            writer.line(QStringLiteral("HWND g_hWnd_%1 = NULL;").arg(window.sanitizedName));
+    QSet<QString> declared;
+    for (const DesignedWindow &window : m_windows) {
+        if (!window.isStart())
+            writer.line(QStringLiteral("HWND %1 = NULL;").arg(window.handle()));
     }
-    for (auto it = m_controlHandles.begin(); it != m_controlHandles.end(); ++it) {
-        if (!it->startsWith(QLatin1String("hwnd")) || declared.contains(*it))
-            continue;
-        declared << *it;
-        writer.line(QStringLiteral("HWND %1;").arg(*it));
+    for (const DesignedWindow &window : m_windows) {
+        for (const DesignedControl &control : window.controls()) {
+            if (!control.hasWindow())
+                continue;
+            declared.insert(control.handle);
+            writer.line(QStringLiteral("HWND %1;").arg(control.handle));
+        }
     }
     for (const QString &handle : m_referencedControls) {
         if (!declared.contains(handle))

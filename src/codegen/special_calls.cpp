@@ -103,8 +103,8 @@ QString Generation::printArgument(const Node *node)
 QStringList Generation::windowNames() const
 {
     QStringList names;
-    for (const WindowRecord &window : m_input.windows)
-        names << window.name;
+    for (const DesignedWindow &window : m_windows)
+        names << window.name();
     return names;
 }
 

@@ -209,9 +209,8 @@ void Generation::writeReturn(CodeWriter &writer, const Node *node)
     if (!value) {
         const bool needsValue =
             m_currentFunction && m_currentFunction->returnCppType != QLatin1String("void");
-        writer.line(needsValue
-                        ? QStringLiteral("return %1();").arg(m_currentFunction->returnCppType)
-                        : QStringLiteral("return;"));
+        writer.line(needsValue ? QStringLiteral("return %1;").arg(m_currentFunction->emptyResult())
+                               : QStringLiteral("return;"));
         return;
     }
     const bool givesNothing =

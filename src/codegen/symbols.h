@@ -38,10 +38,16 @@ struct FunctionSignature
     QString returnCppType;
     QString returnClass;
     ValueType returnType = ValueType::Void;
+    QString fallThrough; // what running off the end gives; empty: an empty value
     QList<FunctionParameter> parameters;
     const Parser::ASTNode *node = nullptr;
 
     int requiredCount() const;
+    // The C++ of the value given where the source says none.
+    QString emptyResult() const
+    {
+        return fallThrough.isEmpty() ? returnCppType + QLatin1String("()") : fallThrough;
+    }
 };
 
 // A class of the program or a built-in one.

@@ -191,6 +191,6 @@ void Generation::writeFunctionBody(CodeWriter &writer, const Node *node,
     const bool returns =
         body && !body->children.isEmpty() && body->children.last()->type == Parser::Return;
     if (signature.returnCppType != QLatin1String("void") && !returns)
-        writer.line(QStringLiteral("return %1();").arg(signature.returnCppType));
+        writer.line(QStringLiteral("return %1;").arg(signature.emptyResult()));
     m_currentFunction = nullptr;
 }

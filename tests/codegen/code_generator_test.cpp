@@ -116,8 +116,8 @@ void CodeGeneratorTest::messages_data()
 
     row("operand missing", QStringLiteral("整数 甲 = 1\n输出(甲 + )"),
         {QStringLiteral("第3行：表达式不完整：“+”后面缺少内容。")});
-    row("command without runtime", QStringLiteral("信息框(\"a\")"),
-        {QStringLiteral("第2行：命令「信息框」在这个版本里还不能使用。")});
+    row("command without runtime", QStringLiteral("HTTP请求Ex字节(\"GET\", \"a\")"),
+        {QStringLiteral("第2行：命令「HTTP请求Ex字节」在这个版本里还不能使用。")});
     row("class without runtime", QStringLiteral("JSON类 甲"),
         {QStringLiteral("第2行：支持库命令不可用：\n类型「JSON类」所在的支持库没有安装，不能声明变"
                         "量「甲」。")});
