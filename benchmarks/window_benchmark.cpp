@@ -85,8 +85,8 @@ TimedResult call(const QString &vorelc, const QString &verb, const QString &proj
 {
     TimedCommand command;
     command.program = vorelc;
-    command.arguments = {verb, project, QStringLiteral("--config"), config,
-                         QStringLiteral("--quiet")};
+    command.arguments =
+        QStringList{verb, project, QStringLiteral("--config"), config, QStringLiteral("--quiet")};
     return runTimed(command);
 }
 

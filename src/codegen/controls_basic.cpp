@@ -49,6 +49,9 @@ void ControlWriter::writeGroupBox()
     else if (flat == QStringLiteral("系统"))
         setNumber(QStringLiteral("VL_GroupFlat"), QStringLiteral("2"));
     call(QStringLiteral("VL_PrepareGroupBox"));
+    // What lies on it shows its colour.
+    if (hasOwnColor(QStringLiteral("backColor")))
+        call(QStringLiteral("VL_AddBackdrop"));
 }
 
 void ControlWriter::writePanel()

@@ -12,6 +12,7 @@ void ControlWriter::writeProgressBar()
            flags({vertical ? QStringLiteral("PBS_VERTICAL") : QString(),
                   marquee ? QStringLiteral("PBS_MARQUEE") : QString(),
                   style == QStringLiteral("块状") ? QString() : QStringLiteral("PBS_SMOOTH")}));
+    call(QStringLiteral("VL_PrepareProgressBar"));
     m_writer.line(QStringLiteral("SendMessageW(%1, PBM_SETRANGE32, %2, %3);")
                       .arg(handle())
                       .arg(m_bag.number(QStringLiteral("min"), 0))

@@ -317,8 +317,10 @@ private:
     QString createControls(const DesignedWindow &window) const;
     static void writeTabOrder(CodeWriter &writer, const DesignedWindow &window);
     static void writeLayout(CodeWriter &writer, const DesignedWindow &window);
-    static void writeLayoutMember(CodeWriter &writer, const DesignedWindow &window,
-                                  const DesignedControl &control, bool wholeWindow);
+    static void writeLayoutBox(CodeWriter &writer, const DesignedControl &box, int index,
+                               const QString &parent);
+    static void writeLayoutMember(CodeWriter &writer, const DesignedControl &control,
+                                  const QString &box);
     QString furtherWindow(const DesignedWindow &window) const;
     void writeWindowClass(CodeWriter &writer, const DesignedWindow &window,
                           const QString &className, const QString &procedure) const;

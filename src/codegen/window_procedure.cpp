@@ -251,6 +251,9 @@ void Generation::writeCloseMessages(CodeWriter &writer, const DesignedWindow &wi
         // Closing hides; a program of which nothing can be seen any more ends.
         writer.line(QStringLiteral("    %1_Close();").arg(on));
         writer.line(QStringLiteral("    ShowWindow(hwnd, SW_HIDE);"));
+        // Shown again it is as new.
+        writer.line(QStringLiteral("    g_windowRegistry[%1].createEventCalled = false;")
+                        .arg(CodeWriter::wideString(window.name())));
         writer.line(QStringLiteral("    if (!VL_HasVisibleWindow()) DestroyWindow(g_hWndMain);"));
         writer.line(QStringLiteral("    return 0;"));
         writer.line(QStringLiteral("case WM_DESTROY:"));

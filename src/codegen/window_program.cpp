@@ -16,6 +16,7 @@ using Node = Parser::ASTNode;
 
 const QString kMainFunction = QStringLiteral("主函数");
 const int kWindowGrey = 0xF0F0F0;
+const int kDeepestLayout = 100; // parents that run in circles end here
 
 // What a layout or its member takes from its properties, under the runtime's names.
 const struct
@@ -173,48 +174,50 @@ void Generation::writeLayout(CodeWriter &writer, const DesignedWindow &window)
     if (whole)
         writer.line(QLatin1String("VL_Flex_SetWindow(hwnd, ") + flexOptions(window.bag()) +
                     QLatin1String(");"));
+    // In the order of the form, which is that of the places; a box goes ahead of what lies in it.
     QSet<int> written;
-    const std::function<void(int, int)> writeBox = [&](int index, int depth) {
-        if (written.contains(index) || depth > 100)
+    const std::function<void(int, int)> write = [&](int index, int depth) {
+        if (written.contains(index) || depth > kDeepestLayout)
             return;
-        const DesignedControl &box = controls.at(index);
-        const int parent = window.indexOfId(box.bag().text(QStringLiteral("_parentLayout")));
-        const bool inBox =
-            parent >= 0 && parent != index && isBox(controls.at(parent).component.type);
+        const int parent =
+            window.indexOfId(controls.at(index).bag().text(QStringLiteral("_parentLayout")));
+        const bool inBox = parent >= 0 && isBox(controls.at(parent).component.type);
         if (inBox)
-            writeBox(parent, depth + 1);
+            write(parent, depth + 1);
+        if (written.contains(index))
+            return;
         written.insert(index);
-        writer.line(QStringLiteral("int _vlBox%1 = VL_Flex_AddBox(hwnd, %2, %3, %4, %5, %6, %7, ")
-                        .arg(index)
-                        .arg(inBox ? QStringLiteral("_vlBox%1").arg(parent) : QStringLiteral("-1"))
-                        .arg(box.component.type - VL::HorizontalLayout)
-                        .arg(box.place.x())
-                        .arg(box.place.y())
-                        .arg(box.place.width())
-                        .arg(box.place.height()) +
-                    flexOptions(box.bag()) + QLatin1String(");"));
-        writer.line(QStringLiteral("(void)_vlBox%1;").arg(index));
+        const QString box = inBox ? QStringLiteral("_vlBox%1").arg(parent) : QStringLiteral("-1");
+        if (isBox(controls.at(index).component.type))
+            writeLayoutBox(writer, controls.at(index), index, box);
+        else if ((inBox || whole) && controls.at(index).tabWidget < 0)
+            writeLayoutMember(writer, controls.at(index), box);
     };
-    for (int i = 0; i < controls.size(); ++i) {
-        if (isBox(controls.at(i).component.type))
-            writeBox(i, 0);
-    }
-    for (const DesignedControl &control : controls)
-        writeLayoutMember(writer, window, control, whole);
+    for (int i = 0; i < controls.size(); ++i)
+        write(i, 0);
     writer.line(QStringLiteral("VL_ApplyFlexLayout(hwnd);"));
 }
 
-void Generation::writeLayoutMember(CodeWriter &writer, const DesignedWindow &window,
-                                   const DesignedControl &control, bool wholeWindow)
+void Generation::writeLayoutBox(CodeWriter &writer, const DesignedControl &box, int index,
+                                const QString &parent)
 {
-    const int type = control.component.type;
-    const int parent = window.indexOfId(control.bag().text(QStringLiteral("_parentLayout")));
-    const bool inBox = parent >= 0 && isBox(window.controls().at(parent).component.type);
-    if (isBox(type) || (!inBox && !wholeWindow) || control.tabWidget >= 0)
-        return;
-    const QString box = inBox ? QStringLiteral("_vlBox%1").arg(parent) : QStringLiteral("-1");
+    writer.line(QStringLiteral("int _vlBox%1 = VL_Flex_AddBox(hwnd, %2, %3, %4, %5, %6, %7, ")
+                    .arg(index)
+                    .arg(parent)
+                    .arg(box.component.type - VL::HorizontalLayout)
+                    .arg(box.place.x())
+                    .arg(box.place.y())
+                    .arg(box.place.width())
+                    .arg(box.place.height()) +
+                flexOptions(box.bag()) + QLatin1String(");"));
+    writer.line(QStringLiteral("(void)_vlBox%1;").arg(index));
+}
+
+void Generation::writeLayoutMember(CodeWriter &writer, const DesignedControl &control,
+                                   const QString &box)
+{
     const QString options = flexOptions(control.bag());
-    if (isSpacer(type)) {
+    if (isSpacer(control.component.type)) {
         writer.line(QStringLiteral("VL_Flex_AddSpacer(hwnd, %1, %2, %3, ")
                         .arg(box)
                         .arg(control.place.width())
@@ -399,8 +402,10 @@ QString Generation::entryPoint() const
     writer.line(
         QStringLiteral("DpiContextFn setDpiContext = (DpiContextFn)(void*)GetProcAddress("
                        "GetModuleHandleW(L\"user32.dll\"), \"SetProcessDpiAwarenessContext\");"));
-    writer.line(QStringLiteral("g_vlDpiAware = setDpiContext && setDpiContext("
-                               "(HANDLE)DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2);"));
+    // The call fails when the program's manifest has settled it already.
+    writer.line(QStringLiteral("g_vlDpiAware = (setDpiContext && setDpiContext("
+                               "(HANDLE)DPI_AWARENESS_CONTEXT_PER_MONITOR_AWARE_V2)) || "
+                               "IsProcessDPIAware();"));
     writer.line(QStringLiteral("g_hInstance = hInstance;"));
     writer.line(QStringLiteral("g_mainThreadId = GetCurrentThreadId();"));
     writer.line(QStringLiteral("srand((unsigned int)time(NULL));"));

@@ -54,6 +54,13 @@ void testShared()
         VL_SetSelectedIndex(control, 2);
         CHECK_EQ(VL_GetSelectedIndex(control), 2);
         CHECK_EQ(indexes(control), L"2,");
+        CHECK(VL_IsItemSelected(control, 2));
+        CHECK(!VL_IsItemSelected(control, 1) && !VL_IsItemSelected(control, -1));
+        VL_SelectText(control, L"nowhere");
+        CHECK_EQ(VL_GetSelectedIndex(control), 2);
+        VL_SelectText(control, L"TWO");
+        CHECK_EQ(VL_GetSelectedIndex(control), 1);
+        VL_SetSelectedIndex(control, 2);
         const std::wstring text(5000, L'x');
         VL_SetComboOrListItemText(control, 2, text);
         CHECK(VL_GetComboOrListItemText(control, 2) == text);

@@ -39,15 +39,14 @@ mkdir -p "$work"
 ) 9>"$work/lock"
 
 libraries=$(sed -nE 's/^#pragma comment\(lib, "([a-z0-9_]+)\.lib"\).*/-l\1/p' "$runtime/00_prelude.h")
-# Tests that make windows need a display.
-main=("$here/runtime_test_main.cpp")
+# Windows need a display.
 display=()
-if grep -qE "(window|self_drawn)_test[.]h" "$test_file"; then
-  main+=("$here/window_test_main.cpp")
-  [ -n "${DISPLAY:-}" ] || display=(xvfb-run -a -s '-screen 0 1280x900x24')
+if [ -z "${DISPLAY:-}" ]; then
+  display=(xvfb-run -a -s '-screen 0 1280x900x24')
 fi
 # shellcheck disable=SC2086
-"${cxx[@]}" -static "$test_file" "${main[@]}" "$work/runtime.a" $libraries \
+"${cxx[@]}" -static "$test_file" "$here/runtime_test_main.cpp" "$here/window_test_main.cpp" \
+  "$work/runtime.a" $libraries \
   -mwindows -o "$work/$name.exe"
 cd "$work"
 # Wine takes file names in the locale, and Chinese ones need UTF-8.

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 
-void (*g_vlLayoutHook)(HWND window) = nullptr;
-
 namespace vl_window_frame {
 namespace {
 
@@ -344,8 +342,6 @@ void resized(HWND window, WPARAM kind)
 {
     if (kind == SIZE_MINIMIZED)
         return;
-    if (g_vlLayoutHook)
-        g_vlLayoutHook(window);
     VL_RefreshBackground(window);
 }
 

@@ -7,9 +7,6 @@
 // message is answered with `result`.
 bool VL_WindowMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result);
 
-// Called when a window has a new size, to place its controls; NULL for none.
-extern void (*g_vlLayoutHook)(HWND window);
-
 // Least and greatest size of the client area in design pixels; 0 sets no limit.
 void VL_SetWindowLimits(HWND window, int minWidth, int minHeight, int maxWidth, int maxHeight);
 

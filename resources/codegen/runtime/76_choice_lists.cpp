@@ -365,6 +365,40 @@ void VL_SetSelectedIndex(HWND control, int index)
     }
 }
 
+void VL_SelectText(HWND control, const std::wstring &text)
+{
+    using namespace vl_choice_lists;
+    const Kind kind = kindOf(control);
+    int index = -1;
+    if (isPlain(kind)) {
+        const UINT find = kind == Kind::Combo ? CB_FINDSTRINGEXACT : LB_FINDSTRINGEXACT;
+        index = (int)SendMessageW(control, find, (WPARAM)-1, (LPARAM)text.c_str());
+    } else {
+        const int count = VL_GetItemCount(control);
+        for (int i = 0; i < count && index < 0; ++i) {
+            if (_wcsicmp(VL_GetComboOrListItemText(control, i).c_str(), text.c_str()) == 0)
+                index = i;
+        }
+    }
+    if (index >= 0)
+        VL_SetSelectedIndex(control, index);
+    else if (VL_IsComboBoxEditable(control))
+        SetWindowTextW(control, text.c_str());
+}
+
+bool VL_IsItemSelected(HWND control, int index)
+{
+    using namespace vl_choice_lists;
+    if (index < 0)
+        return false;
+    const Kind kind = kindOf(control);
+    if (kind == Kind::List && isMultiple(control))
+        return SendMessageW(control, LB_GETSEL, (WPARAM)index, 0) > 0;
+    if (kind == Kind::ListView)
+        return SendMessageW(control, LVM_GETITEMSTATE, (WPARAM)index, LVIS_SELECTED) != 0;
+    return VL_GetSelectedIndex(control) == index;
+}
+
 VL_Array VL_GetSelectedIndexes(HWND control)
 {
     using namespace vl_choice_lists;
@@ -549,22 +583,4 @@ bool VL_IsComboBoxEditable(HWND combo)
 {
     using namespace vl_choice_lists;
     return kindOf(combo) == Kind::Combo && (styleOf(combo) & 3) != CBS_DROPDOWNLIST;
-}
-
-bool VL_IsItemSelected(HWND list, int index)
-{
-    const bool several = VL_HasClass(list, L"LISTBOX") &&
-                         (GetWindowLongW(list, GWL_STYLE) & (LBS_MULTIPLESEL | LBS_EXTENDEDSEL));
-    return several ? SendMessageW(list, LB_GETSEL, (WPARAM)index, 0) > 0
-                   : index >= 0 && VL_GetSelectedIndex(list) == index;
-}
-
-void VL_SelectText(HWND list, const std::wstring &text)
-{
-    const UINT find = VL_HasClass(list, L"LISTBOX") ? LB_FINDSTRINGEXACT : CB_FINDSTRINGEXACT;
-    const int index = (int)SendMessageW(list, find, (WPARAM)-1, (LPARAM)text.c_str());
-    if (index >= 0)
-        VL_SetSelectedIndex(list, index);
-    else if (VL_IsComboBoxEditable(list))
-        SetWindowTextW(list, text.c_str());
 }

@@ -14,6 +14,11 @@ int VL_GetItemCount(HWND control);
 int VL_GetSelectedIndex(HWND control);
 // -1 selects nothing. A row of a list view and an item of a tree view come into sight.
 void VL_SetSelectedIndex(HWND control, int index);
+// Selects the first item with that text, regardless of case. Without one the selection stays; an
+// editable combo box shows the text all the same.
+void VL_SelectText(HWND control, const std::wstring &text);
+// Also of one among several selected items.
+bool VL_IsItemSelected(HWND control, int index);
 // All selected items, in order.
 VL_Array VL_GetSelectedIndexes(HWND control);
 std::wstring VL_GetComboOrListItemText(HWND control, int index);
@@ -33,7 +38,3 @@ void VL_FillItems(HWND control, const std::wstring &items);
 int VL_ListBox_GetBestIndex(HWND list);
 // Whether the user can type into the combo box.
 bool VL_IsComboBoxEditable(HWND combo);
-// Whether the item at `index` is selected, in lists with one selected item or several.
-bool VL_IsItemSelected(HWND list, int index);
-// Selects the first item that is `text`; without one an editable combo box takes it as its text.
-void VL_SelectText(HWND list, const std::wstring &text);

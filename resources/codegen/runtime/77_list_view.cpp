@@ -134,9 +134,12 @@ void VL_PrepareListView(HWND list, int iconWidth, int iconHeight)
     SetPropW(list, L"VL_LvIconHeight", (HANDLE)(intptr_t)iconHeight);
 }
 
-void VL_ListView_SetViewMode(HWND list, int mode)
+void VL_ListView_SetViewMode(HWND list, const VL_Any &wanted)
 {
     const DWORD styles[] = {LVS_ICON, LVS_SMALLICON, LVS_LIST, LVS_REPORT};
+    const long long mode = wanted.type == VL_Any::TypeString
+                               ? vl_list_view::viewModeNumber(wanted.strVal)
+                               : wanted.toInt();
     if (mode < 0 || mode > 3 || !VL_ListView_Attach(list))
         return;
     const DWORD style = (DWORD)GetWindowLongW(list, GWL_STYLE);
@@ -145,11 +148,6 @@ void VL_ListView_SetViewMode(HWND list, int mode)
     // The header may be there only now.
     VL_ListView_Attach(list);
     InvalidateRect(list, NULL, TRUE);
-}
-
-void VL_ListView_SetViewMode(HWND list, const std::wstring &mode)
-{
-    VL_ListView_SetViewMode(list, vl_list_view::viewModeNumber(mode));
 }
 
 int VL_ListView_AddColumn(HWND list, const std::wstring &title, int width, int align)
@@ -251,14 +249,11 @@ int VL_ListView_AddItem(HWND list, const std::wstring &text, const std::wstring 
     return VL_ListView_AddRowWithImage(list, image, {text});
 }
 
-int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, int image)
+int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, const VL_Any &icon)
 {
-    return VL_ListView_AddItem(list, text, image);
-}
-
-int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, const std::wstring &iconPath)
-{
-    return VL_ListView_AddItem(list, text, iconPath);
+    if (icon.type == VL_Any::TypeString)
+        return VL_ListView_AddItem(list, text, icon.strVal);
+    return VL_ListView_AddItem(list, text, icon.isNumber() ? (int)icon.toInt() : -1);
 }
 
 void VL_ListView_AddItemsFromArray(HWND list, const VL_Array &items)
@@ -272,6 +267,12 @@ void VL_ListView_AddItemsFromArray(HWND list, const VL_Array &items)
         else
             VL_ListView_AddRow(list, {item.toStr()});
     }
+}
+
+void VL_ListView_AddItemsFromArray(HWND list, const VL_Any &items)
+{
+    if (items.type == VL_Any::TypeArray && items.arrPtr)
+        VL_ListView_AddItemsFromArray(list, *items.arrPtr);
 }
 
 void VL_ListView_AddItemsFromArrays(HWND list, const VL_Array2D &rows)

@@ -11,8 +11,8 @@
 void VL_PrepareListView(HWND list, int iconWidth = 32, int iconHeight = 32);
 // 0 \u56FE\u6807 icons, 1 \u5C0F\u56FE\u6807 small icons, 2 \u5217\u8868 list, 3 \u8BE6\u7EC6
 // details.
-void VL_ListView_SetViewMode(HWND list, int mode);
-void VL_ListView_SetViewMode(HWND list, const std::wstring &mode);
+// The number or the word.
+void VL_ListView_SetViewMode(HWND list, const VL_Any &mode);
 
 // The index of the new column, -1 when there is none. Width in design pixels; alignment 0
 // \u5DE6\u5BF9\u9F50 left, 1 \u5C45\u4E2D centred, 2 \u53F3\u5BF9\u9F50 right.
@@ -34,10 +34,11 @@ void VL_ListView_AddRowsText(HWND list, const wchar_t *const *cells, int rows, i
 int VL_ListView_AddItem(HWND list, const std::wstring &text);
 int VL_ListView_AddItem(HWND list, const std::wstring &text, int image);
 int VL_ListView_AddItem(HWND list, const std::wstring &text, const std::wstring &iconPath);
-int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, int image);
-int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, const std::wstring &iconPath);
+// The index of an icon, or the path of one.
+int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, const VL_Any &icon);
 // One row for each item; an item that is an array fills the columns.
 void VL_ListView_AddItemsFromArray(HWND list, const VL_Array &items);
+void VL_ListView_AddItemsFromArray(HWND list, const VL_Any &items);
 void VL_ListView_AddItemsFromArrays(HWND list, const VL_Array2D &rows);
 void VL_ListView_DeleteRow(HWND list, int row);
 void VL_ListView_Clear(HWND list);

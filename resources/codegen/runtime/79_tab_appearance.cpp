@@ -108,6 +108,40 @@ void paintItem(HWND tab, HDC context, int index, bool current)
     }
 }
 
+COLORREF panelColor(HWND panel)
+{
+    return VL_HasBgColor(panel) ? (COLORREF)VL_GetBgColor(panel)
+                                : VL_Tab_PageColor(GetParent(panel));
+}
+
+// The page's frame, open towards the current tab.
+void drawFrame(HWND panel, HDC context, const RECT &client)
+{
+    const HWND tab = GetParent(panel);
+    if (VL_Tab_HasButtons(tab))
+        return;
+    SetDCBrushColor(context, GetSysColor(COLOR_BTNSHADOW));
+    FrameRect(context, &client, (HBRUSH)GetStockObject(DC_BRUSH));
+    RECT item = {};
+    const int current = VL_GetSelectedIndex(tab);
+    if (current < 0 || !SendMessageW(tab, TCM_GETITEMRECT, (WPARAM)current, (LPARAM)&item))
+        return;
+    MapWindowPoints(tab, panel, (POINT *)&item, 2);
+    RECT gap = client;
+    const bool farSide = (GetWindowLongW(tab, GWL_STYLE) & TCS_BOTTOM) != 0;
+    if (VL_Tab_IsVertical(tab)) {
+        (farSide ? gap.left : gap.right) = farSide ? gap.right - 1 : gap.left + 1;
+        gap.top = item.top + 1;
+        gap.bottom = item.bottom - 1;
+    } else {
+        (farSide ? gap.top : gap.bottom) = farSide ? gap.bottom - 1 : gap.top + 1;
+        gap.left = item.left;
+        gap.right = item.right;
+    }
+    SetDCBrushColor(context, panelColor(panel));
+    FillRect(context, &gap, (HBRUSH)GetStockObject(DC_BRUSH));
+}
+
 } // namespace
 } // namespace vl_tab_appearance
 
@@ -180,4 +214,24 @@ void VL_Tab_Paint(HWND tab)
 void VL_Tab_FillBar(HWND tab, HDC context, const RECT &area)
 {
     vl_tab_appearance::fill(context, area, vl_tab_appearance::barColor(tab));
+}
+
+void VL_Tab_PaintPanel(HWND panel, HDC context)
+{
+    using namespace vl_tab_appearance;
+    RECT client = {};
+    GetClientRect(panel, &client);
+    SetDCBrushColor(context, panelColor(panel));
+    FillRect(context, &client, (HBRUSH)GetStockObject(DC_BRUSH));
+    drawFrame(panel, context, client);
+}
+
+LRESULT VL_Tab_ColorOnPanel(HWND panel, HDC context, HWND control, LRESULT ofOwner)
+{
+    if (VL_HasBgColor(control) || VL_HasClass(control, L"EDIT"))
+        return ofOwner;
+    SetBkMode(context, TRANSPARENT);
+    SetBkColor(context, vl_tab_appearance::panelColor(panel));
+    SetDCBrushColor(context, vl_tab_appearance::panelColor(panel));
+    return (LRESULT)GetStockObject(DC_BRUSH);
 }

@@ -23,3 +23,8 @@ bool VL_Tab_HasButtons(HWND tab);
 void VL_Tab_Paint(HWND tab);
 // The ground behind the tabs.
 void VL_Tab_FillBar(HWND tab, HDC context, const RECT &area);
+// Paints the panel of a page: its ground and its frame, open towards the current tab.
+void VL_Tab_PaintPanel(HWND panel, HDC context);
+// The answer to WM_CTLCOLOR* from a control on a panel, after the owner gave `ofOwner`: what shows
+// through controls without a colour of their own is the page, not the window.
+LRESULT VL_Tab_ColorOnPanel(HWND panel, HDC context, HWND control, LRESULT ofOwner);

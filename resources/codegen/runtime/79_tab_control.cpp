@@ -315,60 +315,6 @@ bool attach(HWND tab)
     return true;
 }
 
-COLORREF panelColor(HWND panel)
-{
-    return VL_HasBgColor(panel) ? (COLORREF)VL_GetBgColor(panel)
-                                : VL_Tab_PageColor(GetParent(panel));
-}
-
-// The page's frame, open towards the current tab.
-void drawFrame(HWND panel, HDC context, const RECT &client)
-{
-    const HWND tab = GetParent(panel);
-    if (VL_Tab_HasButtons(tab))
-        return;
-    SetDCBrushColor(context, GetSysColor(COLOR_BTNSHADOW));
-    FrameRect(context, &client, (HBRUSH)GetStockObject(DC_BRUSH));
-    RECT item = {};
-    const int current = VL_GetSelectedIndex(tab);
-    if (current < 0 || !SendMessageW(tab, TCM_GETITEMRECT, (WPARAM)current, (LPARAM)&item))
-        return;
-    MapWindowPoints(tab, panel, (POINT *)&item, 2);
-    RECT gap = client;
-    const bool farSide = (GetWindowLongW(tab, GWL_STYLE) & TCS_BOTTOM) != 0;
-    if (VL_Tab_IsVertical(tab)) {
-        (farSide ? gap.left : gap.right) = farSide ? gap.right - 1 : gap.left + 1;
-        gap.top = item.top + 1;
-        gap.bottom = item.bottom - 1;
-    } else {
-        (farSide ? gap.top : gap.bottom) = farSide ? gap.bottom - 1 : gap.top + 1;
-        gap.left = item.left;
-        gap.right = item.right;
-    }
-    SetDCBrushColor(context, panelColor(panel));
-    FillRect(context, &gap, (HBRUSH)GetStockObject(DC_BRUSH));
-}
-
-void paintPanel(HWND panel, HDC context)
-{
-    RECT client = {};
-    GetClientRect(panel, &client);
-    SetDCBrushColor(context, panelColor(panel));
-    FillRect(context, &client, (HBRUSH)GetStockObject(DC_BRUSH));
-    drawFrame(panel, context, client);
-}
-
-// What shows through controls without a colour of their own is the page, not the window.
-LRESULT colorOf(HWND panel, HDC context, HWND control, LRESULT ofOwner)
-{
-    if (VL_HasBgColor(control) || VL_HasClass(control, L"EDIT"))
-        return ofOwner;
-    SetBkMode(context, TRANSPARENT);
-    SetBkColor(context, panelColor(panel));
-    SetDCBrushColor(context, panelColor(panel));
-    return (LRESULT)GetStockObject(DC_BRUSH);
-}
-
 LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM lParam)
 {
     LRESULT result = 0;
@@ -376,10 +322,10 @@ LRESULT CALLBACK panelProcedure(HWND panel, UINT message, WPARAM wParam, LPARAM 
     switch (message) {
     case WM_CTLCOLORSTATIC:
     case WM_CTLCOLORBTN:
-        return colorOf(panel, (HDC)wParam, (HWND)lParam, result);
+        return VL_Tab_ColorOnPanel(panel, (HDC)wParam, (HWND)lParam, result);
     case WM_ERASEBKGND:
     case WM_PRINTCLIENT:
-        paintPanel(panel, (HDC)wParam);
+        VL_Tab_PaintPanel(panel, (HDC)wParam);
         return 1;
     case WM_PARENTNOTIFY:
         if (LOWORD(wParam) == WM_DESTROY)
@@ -491,6 +437,17 @@ int VL_Tab_GetFocus(HWND tab)
     return vl_tab_control::attach(tab) ? (int)SendMessageW(tab, TCM_GETCURFOCUS, 0, 0) : -1;
 }
 
+int VL_Tab_HitTest(HWND tab)
+{
+    if (!vl_tab_control::attach(tab))
+        return -1;
+    const DWORD place = GetMessagePos();
+    TCHITTESTINFO hit = {};
+    hit.pt = {(short)LOWORD(place), (short)HIWORD(place)};
+    ScreenToClient(tab, &hit.pt);
+    return (int)SendMessageW(tab, TCM_HITTEST, 0, (LPARAM)&hit);
+}
+
 void VL_Tab_DeselectAll(HWND tab, bool exceptCurrent)
 {
     if (vl_tab_control::attach(tab))
@@ -592,12 +549,4 @@ void VL_Tab_OnSelChange(HWND tab)
     }
     if (VL_Tab_IsPaintedHere(tab))
         InvalidateRect(tab, NULL, FALSE);
-}
-
-int VL_Tab_HitTest(HWND tab)
-{
-    TCHITTESTINFO hit = {};
-    GetCursorPos(&hit.pt);
-    ScreenToClient(tab, &hit.pt);
-    return (int)SendMessageW(tab, TCM_HITTEST, 0, (LPARAM)&hit);
 }

@@ -29,6 +29,8 @@ bool VL_Tab_IsHighlighted(HWND tab, int index);
 // The tab that the keyboard acts on.
 void VL_Tab_SetFocus(HWND tab, int index);
 int VL_Tab_GetFocus(HWND tab);
+// The tab under the mouse as it stood for the message that is handled; -1 for none.
+int VL_Tab_HitTest(HWND tab);
 // Lifts all pressed tabs of a control with buttons, or all but the current one.
 void VL_Tab_DeselectAll(HWND tab, bool exceptCurrent = false);
 
@@ -38,8 +40,6 @@ void VL_Tab_SetItemSize(HWND tab, int width, int height);
 void VL_Tab_SetPadding(HWND tab, int x, int y);
 void VL_Tab_SetMinTabWidth(HWND tab, int width);
 int VL_Tab_GetRowCount(HWND tab);
-// The tab under the mouse; -1 for none.
-int VL_Tab_HitTest(HWND tab);
 
 // The window that the controls of a page are created on, made when it is first asked for; NULL for
 // no page. It covers the tab control but for the bar of tabs: 25 design pixels high, at the side 60

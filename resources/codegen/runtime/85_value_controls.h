@@ -1,9 +1,11 @@
-// Progress bars and sliders: value, range, step, look.
+// Value, range and step of progress bars and sliders.
 #pragma once
-#include "34_window_state.h"
+#include "85_progress_bar.h"
+#include "85_slider.h"
 
 // Both kinds by class; other windows read as 0 and take nothing. A value outside the range becomes
-// the nearest end of it. A value that changes by code raises the value event once.
+// the nearest end of it. A value that changes by code raises the value event once: for a progress
+// bar VL_EVENT_VALUE_CHANGED, for a slider the message that a move by keyboard sends.
 int VL_GetValue(HWND control);
 void VL_SetValue(HWND control, int value);
 int VL_GetMinValue(HWND control);
@@ -12,27 +14,10 @@ int VL_GetMaxValue(HWND control);
 void VL_SetMaxValue(HWND control, int value);
 int VL_GetMin(HWND control);
 int VL_GetMax(HWND control);
-// Ends in the wrong order are exchanged.
+// Ends in the wrong order are exchanged. Moving one end past the other takes the other along.
 void VL_SetRange(HWND control, int least, int greatest);
 int VL_GetStep(HWND control);
 void VL_SetStep(HWND control, int step);
 // 0 to 100; 0 for an empty range.
 int VL_GetPercent(HWND control);
-
-// A progress bar that is given a colour, a text or a state draws itself. Colours are 0xBBGGRR.
-void VL_ProgressBar_SetBarColor(HWND bar, int color);
-void VL_ProgressBar_SetBkColor(HWND bar, int color);
-// 0 normal, 1 error, 2 paused, or the word of the property.
-void VL_ProgressBar_SetState(HWND bar, const VL_Any &state);
-int VL_ProgressBar_GetState(HWND bar);
-void VL_ProgressBar_SetNormal(HWND bar);
-void VL_ProgressBar_SetError(HWND bar);
-void VL_ProgressBar_SetPaused(HWND bar);
-// In the format "%p" stands for the percentage, "%v" for the value, "%m" for the greatest value.
-void VL_ProgressBar_SetText(HWND bar, bool show, const std::wstring &format = L"%p%");
-// A strip that runs along the bar, moved every `milliseconds`.
-void VL_ProgressBar_SetMarquee(HWND bar, bool on, int milliseconds = 30);
-
-// `showValue` writes the value beside the thumb. An inverted slider has its least value at the
-// right or at the bottom; values are exchanged in all functions here.
-void VL_PrepareSlider(HWND slider, bool showValue, bool inverted);
+int VL_Slider_GetPercent(HWND slider);

@@ -440,6 +440,11 @@ bool handleTitle(HWND window, Frame *frame, UINT message, WPARAM wParam, LPARAM 
     case WM_SETICON:
         repaintTitle(window);
         return false;
+    case WM_ACTIVATE:
+        // A window that takes the focus ahead of its program hears of it by this alone.
+        frame->active = LOWORD(wParam) != WA_INACTIVE;
+        repaintTitle(window);
+        return false;
     case WM_NCACTIVATE:
         frame->active = wParam != 0;
         repaintTitle(window);

@@ -179,6 +179,9 @@ void VL_VlwinRowPainter::drawCell(HDC dc, int row, int column, RECT cell, COLORR
 
 void VL_VlwinRowPainter::drawRow(HDC dc, int row) const
 {
+    // An empty list is asked to draw its first row as well.
+    if (row < 0 || row >= (int)SendMessageW(m_list, LVM_GETITEMCOUNT, 0, 0))
+        return;
     using namespace vl_self_drawn_rows;
     RECT bounds;
     if (!rowRect(row, &bounds))
