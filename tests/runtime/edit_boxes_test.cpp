@@ -375,7 +375,7 @@ void testBalloon()
     type(edit, L"x");
     CHECK_EQ(VL_BalloonTip_Hide(edit), false);
     CHECK_EQ(VL_BalloonTip_Show(edit, L""), false);
-    CHECK_EQ(VL_BalloonTip_Show((HWND)77, L"x"), false);
+    CHECK_EQ(VL_BalloonTip_Show((HWND)(intptr_t)-4, L"x"), false);
     VL_BalloonTip_Show(edit, L"text");
     DestroyWindow(edit);
     pumpMessages();

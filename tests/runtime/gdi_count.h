@@ -3,15 +3,21 @@
 
 #include "window_test.h"
 
-// On systems that do not count them, the place that the next object gets in the table of all: free
-// places are filled first, so that it moves up by what was lost.
+#include <algorithm>
+
+// Up to a constant. On systems that do not count them: so many more that all free places of the
+// table are taken lie at its end, which moves up by what was lost.
 inline int gdiObjects()
 {
-    const DWORD count = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS);
-    if (count)
-        return (int)count;
-    const HPEN pen = CreatePen(PS_SOLID, 1, RGB(1, 2, 3));
-    const int place = (int)LOWORD((DWORD_PTR)pen);
-    DeleteObject(pen);
-    return place;
+    if (const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
+        return (int)counted;
+    std::vector<HBRUSH> brushes;
+    int last = 0;
+    for (int i = 0; i < 1000; ++i) {
+        brushes.push_back(CreateSolidBrush(0));
+        last = (std::max)(last, (int)((UINT_PTR)brushes.back() & 0xFFFF));
+    }
+    for (const HBRUSH brush : brushes)
+        DeleteObject(brush);
+    return last;
 }

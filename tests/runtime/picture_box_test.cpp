@@ -269,10 +269,10 @@ void testNothingLeft()
         DestroyWindow(box);
     };
     round();
-    const int before = gdiObjectLevel();
+    const int before = gdiObjects();
     for (int i = 0; i < 100; ++i)
         round();
-    CHECK(gdiObjectLevel() <= before + 2);
+    CHECK(gdiObjects() <= before + 2);
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 #include "35_control_text.h"
 #include "40_files.h"
 #include "93_virtual_text_box.h"
-#include "window_test.h"
+#include "gdi_count.h"
 
 #include <algorithm>
 
@@ -571,26 +571,9 @@ void oddCalls()
     DestroyWindow(button);
 }
 
-// How many GDI objects there are, but for a constant. Wine does not count them: so many more that
-// all free places of its table are taken lie at its end.
-DWORD gdiObjects()
-{
-    if (const DWORD counted = GetGuiResources(GetCurrentProcess(), GR_GDIOBJECTS))
-        return counted;
-    std::vector<HBRUSH> brushes;
-    DWORD last = 0;
-    for (int i = 0; i < 1000; ++i) {
-        brushes.push_back(CreateSolidBrush(0));
-        last = (std::max)(last, (DWORD)(uintptr_t)brushes.back() & 0xFFFF);
-    }
-    for (const HBRUSH brush : brushes)
-        DeleteObject(brush);
-    return last;
-}
-
 void leaks()
 {
-    DWORD before = 0;
+    int before = 0;
     for (int round = 0; round < 110; ++round) {
         const HWND box = makeBox(L"\u4E2D text");
         // A font without Chinese: another one stands in.

@@ -273,6 +273,13 @@ LRESULT CALLBACK treeProcedure(HWND window, UINT message, WPARAM wParam, LPARAM 
     case WM_LBUTTONDBLCLK:
     case WM_KEYDOWN:
         return watchCheck(window, tree, message, wParam, lParam);
+    case WM_DESTROY:
+        // The class makes the pictures of its check boxes and leaves them to us.
+        if (GetWindowLongW(window, GWL_STYLE) & TVS_CHECKBOXES) {
+            const LRESULT boxes = SendMessageW(window, TVM_SETIMAGELIST, TVSIL_STATE, 0);
+            ImageList_Destroy((HIMAGELIST)boxes);
+        }
+        break;
     case WM_NCDESTROY:
         attached().set(window, nullptr);
         break;
