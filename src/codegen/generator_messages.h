@@ -24,6 +24,7 @@ extern const Text emptyArgument;
 extern const Text missingArguments;
 extern const Text tooManyArguments;
 extern const Text unknownProperty;
+extern const Text layoutHasNoWindow;
 extern const Text propertyOnlyRead;
 extern const Text propertyOnlyWritten;
 extern const Text memberType;

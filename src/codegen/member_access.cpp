@@ -55,7 +55,7 @@ std::optional<Generation::ComponentRef> Generation::componentOf(const Node *node
         return std::nullopt;
     const DesignedWindow *window = windowNamed(owner->value.trimmed());
     const DesignedControl *control = window ? window->control(node->value.trimmed()) : nullptr;
-    if (!control || !control->hasWindow())
+    if (!control)
         return std::nullopt;
     return ComponentRef{control->handle, control->component.type, control->name};
 }
@@ -82,7 +82,7 @@ std::optional<Generation::ComponentRef> Generation::componentNamed(const QString
         return *known;
     for (const DesignedWindow &window : m_windows) {
         const DesignedControl *control = window.control(name);
-        if (control && control->hasWindow()) {
+        if (control) {
             const ComponentRef ref{control->handle, control->component.type, control->name};
             return *m_componentRefs.insert(name, ref);
         }
@@ -100,6 +100,11 @@ std::optional<Generation::ComponentRef> Generation::componentNamed(const QString
 // Notes that the program uses a handle that no design declares.
 QString Generation::usedHandle(const ComponentRef &component)
 {
+    if (component.handle.isEmpty()) {
+        report(GeneratorMessage::layoutHasNoWindow, m_line,
+               {component.name, VL::componentDisplayName(component.type)});
+        return QStringLiteral("g_hWndMain");
+    }
     if (component.type != VL::NoComponentType)
         return component.handle;
     const QString warning =

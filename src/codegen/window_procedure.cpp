@@ -175,11 +175,14 @@ void Generation::writeScrollMessages(CodeWriter &writer, const DesignedWindow &w
                 continue;
             const QString call =
                 eventLines(*event, handlerName(control.stem, *event), control.handle).first();
-            // Without tracking a value counts when the thumb is let go.
-            const bool atEnd = event->handler == QLatin1String("ValueChange") &&
-                               !control.bag().flag(QStringLiteral("tracking"), true);
-            const QString test =
-                atEnd ? QStringLiteral("_vlTbCode != TB_THUMBTRACK") : event->codes.first();
+            // The same value comes while the thumb is dragged and again when it is let go; without
+            // tracking only the latter counts.
+            const bool tracks = control.bag().flag(QStringLiteral("tracking"), true);
+            const QString test = event->handler != QLatin1String("ValueChange")
+                                     ? event->codes.first()
+                                     : QLatin1String("_vlTbCode != TB_ENDTRACK && _vlTbCode != ") +
+                                           (tracks ? QLatin1String("TB_THUMBPOSITION")
+                                                   : QLatin1String("TB_THUMBTRACK"));
             lines << (test == QLatin1String("true")
                           ? call
                           : QLatin1String("if (") + test + QLatin1String(") ") + call);

@@ -148,12 +148,15 @@ LRESULT CALLBACK radioSubclass(HWND button, UINT message, WPARAM wParam, LPARAM 
             return 0;
         break;
     case BM_SETCHECK:
-        if (wParam == 0 && g_clicked && g_clicked != button &&
-            VL_GetTextProperty(g_clicked, GroupName) != VL_GetTextProperty(button, GroupName))
+        // The system turns off the run of siblings and tells nobody: what is to be turned off is
+        // done below.
+        if (wParam == 0 && g_clicked && g_clicked != button)
             return 0;
         if (wParam == 1 && g_clicked == button) {
             const LRESULT result = DefSubclassProc(button, message, wParam, lParam);
+            g_clicked = NULL;
             turnOffOthers(button);
+            g_clicked = button;
             return result;
         }
         break;

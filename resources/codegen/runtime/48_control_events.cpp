@@ -187,8 +187,8 @@ void mouseMoved(HWND control, HWND source, WPARAM keys, LPARAM place)
 {
     Events *events = eventsOf(control);
     TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, source, 0};
-    if (!events->isInside || source != control)
-        TrackMouseEvent(&track);
+    // Each time: a leave that came while the pointer was here counts for nothing.
+    TrackMouseEvent(&track);
     if (!events->isInside) {
         events->isInside = true;
         VL_NotifyOwner(control, VL_EVENT_MOUSE_ENTER);
