@@ -146,23 +146,29 @@ void VL_KeepBehind(HWND container)
 }
 
 VL_BufferedPaint::VL_BufferedPaint(HDC target, const RECT &area)
-    : m_target(target),
-      m_area(area),
-      m_context(CreateCompatibleDC(target)),
-      m_bitmap(CreateCompatibleBitmap(target, (std::max)(area.right - area.left, 1L),
-                                      (std::max)(area.bottom - area.top, 1L))),
-      m_old(SelectObject(m_context, m_bitmap))
+    : m_target(target), m_area(area), m_context(target), m_bitmap(NULL), m_old(NULL)
 {
-    SetViewportOrgEx(m_context, -area.left, -area.top, NULL);
+    if (area.right <= area.left || area.bottom <= area.top)
+        return;
+    m_bitmap = CreateCompatibleBitmap(target, area.right - area.left, area.bottom - area.top);
+    const HDC memory = m_bitmap ? CreateCompatibleDC(target) : NULL;
+    if (!memory)
+        return;
+    m_context = memory;
+    m_old = SelectObject(memory, m_bitmap);
+    SetViewportOrgEx(memory, -area.left, -area.top, NULL);
 }
 
 VL_BufferedPaint::~VL_BufferedPaint()
 {
-    BitBlt(m_target, m_area.left, m_area.top, m_area.right - m_area.left,
-           m_area.bottom - m_area.top, m_context, m_area.left, m_area.top, SRCCOPY);
-    SelectObject(m_context, m_old);
-    DeleteObject(m_bitmap);
-    DeleteDC(m_context);
+    if (m_context != m_target) {
+        BitBlt(m_target, m_area.left, m_area.top, m_area.right - m_area.left,
+               m_area.bottom - m_area.top, m_context, m_area.left, m_area.top, SRCCOPY);
+        SelectObject(m_context, m_old);
+        DeleteDC(m_context);
+    }
+    if (m_bitmap)
+        DeleteObject(m_bitmap);
 }
 
 COLORREF VL_MixColors(COLORREF color, COLORREF other, int share)

@@ -10,7 +10,8 @@ void VL_PaintBehind(HWND control, HDC context, const RECT &area);
 // when it answers WM_PRINTCLIENT.
 void VL_KeepBehind(HWND container);
 
-// Paints without flicker: everything drawn goes to a bitmap that is shown at the end.
+// Paints without flicker: everything drawn goes to a bitmap that is shown at the end. Without
+// memory for one, drawing goes straight to the target.
 class VL_BufferedPaint
 {
 public:

@@ -16,6 +16,7 @@ const int Largest = 0x3FFF;
 struct Events
 {
     bool isInside = false;
+    bool isUntracked = false;
     // Whether the left button went down here.
     bool isPressed = false;
     int heldButton = VL_MOUSE_NONE;
@@ -187,8 +188,10 @@ void mouseMoved(HWND control, HWND source, WPARAM keys, LPARAM place)
 {
     Events *events = eventsOf(control);
     TRACKMOUSEEVENT track = {sizeof(track), TME_LEAVE, source, 0};
-    // Each time: a leave that came while the pointer was here counts for nothing.
-    TrackMouseEvent(&track);
+    // Each call puts the news of a leave off for a while.
+    if (!events->isInside || events->isUntracked || source != control)
+        TrackMouseEvent(&track);
+    events->isUntracked = false;
     if (!events->isInside) {
         events->isInside = true;
         VL_NotifyOwner(control, VL_EVENT_MOUSE_ENTER);
@@ -204,6 +207,8 @@ void mouseMoved(HWND control, HWND source, WPARAM keys, LPARAM place)
 void mouseLeft(HWND control)
 {
     Events *events = eventsOf(control);
+    // Nobody watches for the next one.
+    events->isUntracked = true;
     if (!events->isInside || isCursorOver(control))
         return;
     events->isInside = false;

@@ -2,6 +2,7 @@
 // resolution, headers in colours of their own.
 #include "77_list_drawing.h"
 
+#include "43_background.h"
 #include "76_bulk_changes.h"
 
 #include <algorithm>
@@ -276,15 +277,7 @@ void paintHeader(HWND header, COLORREF back, COLORREF fore)
     const HDC screen = BeginPaint(header, &paint);
     RECT client = {};
     GetClientRect(header, &client);
-    const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap =
-        CreateCompatibleBitmap(screen, (std::max)(1L, client.right), (std::max)(1L, client.bottom));
-    const HGDIOBJ old = SelectObject(memory, bitmap);
-    drawHeader(header, memory, client, back, fore);
-    BitBlt(screen, 0, 0, client.right, client.bottom, memory, 0, 0, SRCCOPY);
-    SelectObject(memory, old);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    drawHeader(header, VL_BufferedPaint(screen, client).context(), client, back, fore);
     EndPaint(header, &paint);
 }
 

@@ -1,6 +1,8 @@
 // How tab controls and the panels of their pages look.
 #include "79_tab_appearance.h"
 
+#include "43_background.h"
+
 #include <algorithm>
 
 const wchar_t *g_tabPanelClassName = L"VL_TabPanel";
@@ -142,6 +144,24 @@ void drawFrame(HWND panel, HDC context, const RECT &client)
     FillRect(context, &gap, (HBRUSH)GetStockObject(DC_BRUSH));
 }
 
+void paintAll(HWND tab, HDC context, const RECT &client)
+{
+    const HFONT font = (HFONT)SendMessageW(tab, WM_GETFONT, 0, 0);
+    const HGDIOBJ oldFont =
+        SelectObject(context, font ? font : (HFONT)GetStockObject(DEFAULT_GUI_FONT));
+    SetBkMode(context, TRANSPARENT);
+    VL_Tab_FillBar(tab, context, client);
+    const int count = VL_GetItemCount(tab);
+    const int current = VL_GetSelectedIndex(tab);
+    for (int i = 0; i < count; ++i) {
+        if (i != current)
+            paintItem(tab, context, i, false);
+    }
+    if (current >= 0)
+        paintItem(tab, context, current, true);
+    SelectObject(context, oldFont);
+}
+
 } // namespace
 } // namespace vl_tab_appearance
 
@@ -186,28 +206,10 @@ void VL_Tab_Paint(HWND tab)
     const HDC screen = BeginPaint(tab, &paint);
     RECT client = {};
     GetClientRect(tab, &client);
-    const HDC memory = CreateCompatibleDC(screen);
-    const HBITMAP bitmap =
-        CreateCompatibleBitmap(screen, (std::max)(1L, client.right), (std::max)(1L, client.bottom));
-    const HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
-    const HFONT font = (HFONT)SendMessageW(tab, WM_GETFONT, 0, 0);
-    const HGDIOBJ oldFont =
-        SelectObject(memory, font ? font : (HFONT)GetStockObject(DEFAULT_GUI_FONT));
-    SetBkMode(memory, TRANSPARENT);
-    VL_Tab_FillBar(tab, memory, client);
-    const int count = VL_GetItemCount(tab);
-    const int current = VL_GetSelectedIndex(tab);
-    for (int i = 0; i < count; ++i) {
-        if (i != current)
-            paintItem(tab, memory, i, false);
+    {
+        const VL_BufferedPaint buffer(screen, client);
+        paintAll(tab, buffer.context(), client);
     }
-    if (current >= 0)
-        paintItem(tab, memory, current, true);
-    BitBlt(screen, 0, 0, client.right, client.bottom, memory, 0, 0, SRCCOPY);
-    SelectObject(memory, oldFont);
-    SelectObject(memory, oldBitmap);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
     EndPaint(tab, &paint);
 }
 

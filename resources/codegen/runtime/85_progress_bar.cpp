@@ -1,6 +1,8 @@
 // Progress bars: colours, states, text and the moving bar.
 #include "85_progress_bar.h"
 
+#include "43_background.h"
+
 #include <algorithm>
 
 namespace vl_progress_bar {
@@ -200,15 +202,7 @@ void paint(HWND bar, const Progress &progress, HDC target)
 {
     RECT client = {};
     GetClientRect(bar, &client);
-    const HDC memory = CreateCompatibleDC(target);
-    const HBITMAP bitmap =
-        CreateCompatibleBitmap(target, (std::max)(1L, client.right), (std::max)(1L, client.bottom));
-    const HGDIOBJ old = SelectObject(memory, bitmap);
-    draw(bar, progress, memory, client);
-    BitBlt(target, 0, 0, client.right, client.bottom, memory, 0, 0, SRCCOPY);
-    SelectObject(memory, old);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    draw(bar, progress, VL_BufferedPaint(target, client).context(), client);
 }
 
 LRESULT onPaint(HWND bar, const Progress &progress, UINT message, WPARAM wParam)

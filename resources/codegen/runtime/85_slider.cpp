@@ -1,6 +1,8 @@
 // Sliders: the value beside the slider, and sliders that run the other way.
 #include "85_slider.h"
 
+#include "43_background.h"
+
 #include <algorithm>
 
 namespace vl_slider {
@@ -104,6 +106,22 @@ RECT valuePlace(HWND slider, RECT inside)
     return {inside.left, thumb.top, inside.right, thumb.bottom};
 }
 
+void drawValue(HWND slider, const Slider &look, HDC context, const RECT &area,
+               const std::wstring &text)
+{
+    const HGDIOBJ oldFont = SelectObject(context, fontOf(look));
+    const HBRUSH ground =
+        (HBRUSH)SendMessageW(GetParent(slider), WM_CTLCOLORSTATIC, (WPARAM)context, (LPARAM)slider);
+    FillRect(context, &area, ground ? ground : GetSysColorBrush(COLOR_BTNFACE));
+    SetBkMode(context, TRANSPARENT);
+    SetTextColor(context, IsWindowEnabled(slider) ? (COLORREF)VL_GetTextColor(slider)
+                                                  : GetSysColor(COLOR_GRAYTEXT));
+    RECT place = valuePlace(slider, area);
+    DrawTextW(context, text.c_str(), (int)text.size(), &place,
+              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
+    SelectObject(context, oldFont);
+}
+
 void drawStrip(HWND slider, Slider *look)
 {
     if (look->strip <= 0)
@@ -111,27 +129,11 @@ void drawStrip(HWND slider, Slider *look)
     look->shown = valueOf(slider);
     const std::wstring text = std::to_wstring(look->shown);
     const RECT area = stripArea(slider, *look);
-    RECT inside = {0, 0, area.right - area.left, area.bottom - area.top};
     const HDC window = GetWindowDC(slider);
-    const HDC memory = CreateCompatibleDC(window);
-    const HBITMAP bitmap =
-        CreateCompatibleBitmap(window, (std::max)(1L, inside.right), (std::max)(1L, inside.bottom));
-    const HGDIOBJ oldBitmap = SelectObject(memory, bitmap);
-    const HGDIOBJ oldFont = SelectObject(memory, fontOf(*look));
-    const HBRUSH ground =
-        (HBRUSH)SendMessageW(GetParent(slider), WM_CTLCOLORSTATIC, (WPARAM)memory, (LPARAM)slider);
-    FillRect(memory, &inside, ground ? ground : GetSysColorBrush(COLOR_BTNFACE));
-    SetBkMode(memory, TRANSPARENT);
-    SetTextColor(memory, IsWindowEnabled(slider) ? (COLORREF)VL_GetTextColor(slider)
-                                                 : GetSysColor(COLOR_GRAYTEXT));
-    RECT place = valuePlace(slider, inside);
-    DrawTextW(memory, text.c_str(), (int)text.size(), &place,
-              DT_CENTER | DT_VCENTER | DT_SINGLELINE | DT_NOPREFIX | DT_NOCLIP);
-    BitBlt(window, area.left, area.top, inside.right, inside.bottom, memory, 0, 0, SRCCOPY);
-    SelectObject(memory, oldFont);
-    SelectObject(memory, oldBitmap);
-    DeleteObject(bitmap);
-    DeleteDC(memory);
+    {
+        const VL_BufferedPaint buffer(window, area);
+        drawValue(slider, *look, buffer.context(), area, text);
+    }
     ReleaseDC(slider, window);
 }
 

@@ -73,37 +73,6 @@ void VL_VlwinStripControlTheme(HWND control)
         setTheme(control, L"", L"");
 }
 
-VL_VlwinBuffer::VL_VlwinBuffer(HDC target, int width, int height)
-    : m_target(target), m_dc(target), m_bitmap(NULL), m_old(NULL), m_width(width), m_height(height)
-{
-    if (width <= 0 || height <= 0)
-        return;
-    m_bitmap = CreateCompatibleBitmap(target, width, height);
-    const HDC memory = m_bitmap ? CreateCompatibleDC(target) : NULL;
-    if (!memory)
-        return;
-    m_dc = memory;
-    m_old = SelectObject(memory, m_bitmap);
-}
-
-VL_VlwinBuffer::~VL_VlwinBuffer()
-{
-    if (m_dc != m_target) {
-        BitBlt(m_target, 0, 0, m_width, m_height, m_dc, 0, 0, SRCCOPY);
-        SelectObject(m_dc, m_old);
-        DeleteDC(m_dc);
-    }
-    if (m_bitmap)
-        DeleteObject(m_bitmap);
-}
-
-COLORREF VL_VlwinMix(COLORREF first, COLORREF second, int percent)
-{
-    const auto part = [percent](int a, int b) { return (BYTE)(a + (b - a) * percent / 100); };
-    return RGB(part(GetRValue(first), GetRValue(second)), part(GetGValue(first), GetGValue(second)),
-               part(GetBValue(first), GetBValue(second)));
-}
-
 bool VL_VlwinIsLight(COLORREF color)
 {
     return GetRValue(color) * 299 + GetGValue(color) * 587 + GetBValue(color) * 114 > 140 * 1000;

@@ -1,7 +1,7 @@
 // What self-drawn windows and their controls share: the dark theme's colours, drawing off screen,
 // smooth shapes, text.
 #pragma once
-#include "34_window_state.h"
+#include "43_background.h"
 
 // Colours of the dark theme, as 0xBBGGRR.
 const COLORREF VL_VLWIN_TEXT = RGB(204, 204, 204);
@@ -14,28 +14,6 @@ const COLORREF VL_VLWIN_ACCENT = RGB(0, 120, 215);
 // Takes the visual style off a control, so that its own colours hold.
 void VL_VlwinStripControlTheme(HWND control);
 
-// A picture off screen with the target's coordinates, from 0, 0; the destructor copies it there.
-// Draws straight to the target when there is no memory for it.
-class VL_VlwinBuffer
-{
-public:
-    VL_VlwinBuffer(HDC target, int width, int height);
-    ~VL_VlwinBuffer();
-    VL_VlwinBuffer(const VL_VlwinBuffer &) = delete;
-    VL_VlwinBuffer &operator=(const VL_VlwinBuffer &) = delete;
-    HDC dc() const { return m_dc; }
-
-private:
-    HDC m_target;
-    HDC m_dc;
-    HBITMAP m_bitmap;
-    HGDIOBJ m_old;
-    int m_width;
-    int m_height;
-};
-
-// `percent` of `second` in `first`.
-COLORREF VL_VlwinMix(COLORREF first, COLORREF second, int percent);
 bool VL_VlwinIsLight(COLORREF color);
 void VL_VlwinFill(HDC dc, const RECT &place, COLORREF color);
 // Smooth drawing in device pixels. A rectangle with round corners; its border lies inside, a border

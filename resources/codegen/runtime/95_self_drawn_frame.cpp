@@ -139,11 +139,11 @@ void drawButton(HWND window, const Frame &frame, HDC dc, int button, COLORREF te
     const bool pressed = hot && frame.pressed == button;
     COLORREF glyph = text;
     if (hot && button == CloseButton) {
-        VL_VlwinFill(dc, place, pressed ? VL_VlwinMix(kCloseHover, 0, 20) : kCloseHover);
+        VL_VlwinFill(dc, place, pressed ? VL_MixColors(kCloseHover, 0, 20) : kCloseHover);
         glyph = RGB(255, 255, 255);
     } else if (hot) {
         const COLORREF contrast = VL_VlwinIsLight(frame.title) ? RGB(0, 0, 0) : RGB(255, 255, 255);
-        VL_VlwinFill(dc, place, VL_VlwinMix(frame.title, contrast, pressed ? 20 : 11));
+        VL_VlwinFill(dc, place, VL_MixColors(frame.title, contrast, pressed ? 20 : 11));
     }
     drawGlyph(window, dc, place, button, glyph);
 }
@@ -189,12 +189,12 @@ void drawFrame(HWND window, HDC dc)
 void drawTitle(HWND window, Frame *frame, HDC target)
 {
     const RECT bar = titleRect(window);
-    const VL_VlwinBuffer buffer(target, bar.right, bar.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, bar.right, bar.bottom});
+    const HDC dc = buffer.context();
     VL_VlwinFill(dc, bar, frame->title);
     COLORREF text = VL_VlwinIsLight(frame->title) ? RGB(32, 32, 32) : VL_VLWIN_TEXT;
     if (!frame->active)
-        text = VL_VlwinMix(text, frame->title, 45);
+        text = VL_MixColors(text, frame->title, 45);
     for (const int button : {CloseButton, MaximizeButton, MinimizeButton})
         drawButton(window, *frame, dc, button, text);
 

@@ -223,14 +223,14 @@ void drawMark(HWND control, HDC dc, const RECT &box, COLORREF back, bool hot)
     const bool enabled = IsWindowEnabled(control) != 0;
     const int state = stateOf(control);
     const int line = VL_ScaleX(control, 1);
-    COLORREF accent = enabled ? VL_VLWIN_ACCENT : VL_VlwinMix(back, kOutline, 40);
+    COLORREF accent = enabled ? VL_VLWIN_ACCENT : VL_MixColors(back, kOutline, 40);
     if (enabled && hot)
-        accent = VL_VlwinMix(accent, RGB(255, 255, 255), 15);
+        accent = VL_MixColors(accent, RGB(255, 255, 255), 15);
     const COLORREF mark = enabled ? RGB(255, 255, 255) : back;
-    COLORREF outline = enabled ? kOutline : VL_VlwinMix(back, kOutline, 40);
+    COLORREF outline = enabled ? kOutline : VL_MixColors(back, kOutline, 40);
     if (state == 1 || (enabled && (hot || VL_VlwinShowsFocus(control))))
         outline = accent;
-    const COLORREF inside = VL_VlwinMix(back, RGB(255, 255, 255), 5);
+    const COLORREF inside = VL_MixColors(back, RGB(255, 255, 255), 5);
     RECT inner = box;
     const int inset = VL_ScaleX(control, 4);
     InflateRect(&inner, -inset, -inset);
@@ -252,7 +252,7 @@ void drawLabel(HWND control, HDC dc, RECT place, COLORREF back)
     const std::wstring text = VL_VlwinWindowText(control);
     COLORREF color = VL_HasTextColor(control) ? (COLORREF)VL_GetTextColor(control) : VL_VLWIN_TEXT;
     if (!IsWindowEnabled(control))
-        color = VL_VlwinMix(color, back, 55);
+        color = VL_MixColors(color, back, 55);
     const UINT prefix = VL_VlwinPrefixFormat(control);
     const int width = place.right - place.left;
     SIZE size = VL_VlwinTextSize(control, dc, text, width, DT_WORDBREAK | prefix);
@@ -268,7 +268,7 @@ void drawLabel(HWND control, HDC dc, RECT place, COLORREF back)
     RECT around = {place.left, place.top, place.left + std::min((int)size.cx, width),
                    place.top + size.cy};
     InflateRect(&around, VL_ScaleX(control, 3), 0);
-    VL_VlwinRoundRect(dc, around, VL_ScaleX(control, 2), CLR_NONE, VL_VlwinMix(back, color, 45),
+    VL_VlwinRoundRect(dc, around, VL_ScaleX(control, 2), CLR_NONE, VL_MixColors(back, color, 45),
                       VL_ScaleX(control, 1));
 }
 
@@ -298,8 +298,8 @@ void drawGroup(HWND control, HDC target)
 {
     RECT all;
     GetClientRect(control, &all);
-    const VL_VlwinBuffer buffer(target, all.right, all.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, all.right, all.bottom});
+    const HDC dc = buffer.context();
     const COLORREF back = VL_VlwinBackColor(control);
     VL_VlwinParentBackground(control, dc);
     const std::wstring text = VL_VlwinWindowText(control);
@@ -324,7 +324,7 @@ void drawGroup(HWND control, HDC target)
         return;
     COLORREF color = VL_HasTextColor(control) ? (COLORREF)VL_GetTextColor(control) : VL_VLWIN_TEXT;
     if (!IsWindowEnabled(control))
-        color = VL_VlwinMix(color, back, 55);
+        color = VL_MixColors(color, back, 55);
     if (VL_HasBgColor(control))
         VL_VlwinFill(dc, RECT{title.left - gap, title.top, title.right + gap, title.bottom}, back);
     VL_VlwinDrawText(control, dc, text, title, format, color);
@@ -399,8 +399,8 @@ void VL_VlwinDrawOwnerDrawCheckOrRadio(const DRAWITEMSTRUCT *item)
     const HWND control = item->hwndItem;
     RECT all;
     GetClientRect(control, &all);
-    const VL_VlwinBuffer buffer(item->hDC, all.right, all.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(item->hDC, RECT{0, 0, all.right, all.bottom});
+    const HDC dc = buffer.context();
     const COLORREF back = VL_VlwinBackColor(control);
     if (VL_HasBgColor(control))
         VL_VlwinFill(dc, all, back);

@@ -39,7 +39,7 @@ COLORREF backOf(HWND field)
 COLORREF textOf(HWND field)
 {
     const COLORREF text = VL_HasTextColor(field) ? (COLORREF)VL_GetTextColor(field) : VL_VLWIN_TEXT;
-    return IsWindowEnabled(field) ? text : VL_VlwinMix(text, backOf(field), 50);
+    return IsWindowEnabled(field) ? text : VL_MixColors(text, backOf(field), 50);
 }
 
 // The answer to a WM_CTLCOLOR message about the field or a part of it.
@@ -123,10 +123,10 @@ void drawEditFrame(HWND edit, const Edit &data)
     const RECT native = nativeArea(edit, &client);
     ExcludeClipRect(target, native.left, native.top, native.right, native.bottom);
     {
-        const VL_VlwinBuffer buffer(target, all.right, all.bottom);
-        VL_VlwinParentBackground(edit, buffer.dc(), client.left, client.top);
+        const VL_BufferedPaint buffer(target, RECT{0, 0, all.right, all.bottom});
+        VL_VlwinParentBackground(edit, buffer.context(), client.left, client.top);
         const bool focus = GetFocus() == edit;
-        VL_VlwinRoundRect(buffer.dc(), all, VL_ScaleX(edit, data.radius), backOf(edit),
+        VL_VlwinRoundRect(buffer.context(), all, VL_ScaleX(edit, data.radius), backOf(edit),
                           focus ? VL_VLWIN_ACCENT : VL_VLWIN_BORDER, VL_ScaleX(edit, 1));
     }
     ReleaseDC(edit, target);
@@ -322,10 +322,10 @@ void drawCombo(HWND combo, HDC target)
     if (active)
         border = VL_VLWIN_ACCENT;
     else if (enabled && data && data->hot)
-        border = VL_VlwinMix(border, RGB(255, 255, 255), 25);
+        border = VL_MixColors(border, RGB(255, 255, 255), 25);
 
-    const VL_VlwinBuffer buffer(target, all.right, all.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, all.right, all.bottom});
+    const HDC dc = buffer.context();
     VL_VlwinParentBackground(combo, dc);
     VL_VlwinRoundRect(dc, all, VL_ScaleX(combo, kComboRadius), back, border, VL_ScaleX(combo, 1));
     if (style == CBS_SIMPLE)

@@ -101,18 +101,18 @@ COLORREF faceColor(HWND button, const Button &data)
 {
     COLORREF face = VL_HasBgColor(button) ? (COLORREF)VL_GetBgColor(button) : kDefaultFace;
     if (!IsWindowEnabled(button))
-        return VL_VlwinMix(face, (COLORREF)VL_GetBgColor(VL_OwnerWindow(button)), 60);
+        return VL_MixColors(face, (COLORREF)VL_GetBgColor(VL_OwnerWindow(button)), 60);
     if (data.pressed)
-        face = VL_VlwinMix(face, RGB(0, 0, 0), 18);
+        face = VL_MixColors(face, RGB(0, 0, 0), 18);
     else if (data.hot)
-        face = VL_VlwinMix(face, kWhite, VL_VlwinIsLight(face) ? 30 : 14);
+        face = VL_MixColors(face, kWhite, VL_VlwinIsLight(face) ? 30 : 14);
     return face;
 }
 
 COLORREF textColor(HWND button, COLORREF face)
 {
     const COLORREF text = VL_HasTextColor(button) ? (COLORREF)VL_GetTextColor(button) : 0;
-    return IsWindowEnabled(button) ? text : VL_VlwinMix(text, face, 50);
+    return IsWindowEnabled(button) ? text : VL_MixColors(text, face, 50);
 }
 
 void drawIcon(const Button &data, HDC dc, const RECT &place)
@@ -194,7 +194,7 @@ void drawCommandLink(HWND button, const Button &data, HDC dc, const RECT &room, 
     if (note.cy) {
         const LONG y = top + title.cy + gap;
         VL_VlwinDrawText(button, dc, noteText, RECT{left, y, left + width, room.bottom}, wrap,
-                         VL_VlwinMix(color, face, 35));
+                         VL_MixColors(color, face, 35));
     }
     const float x = (float)room.left + 12 * unit;
     const float y = (float)top + (float)title.cy / 2;
@@ -217,7 +217,7 @@ void drawArrow(HWND button, HDC dc, COLORREF color, COLORREF face)
     VL_VlwinFill(dc,
                  RECT{place.left, place.top + inset, place.left + VL_ScaleX(button, 1),
                       place.bottom - inset},
-                 VL_VlwinMix(face, color, 40));
+                 VL_MixColors(face, color, 40));
 }
 
 void draw(HWND button, const Button &data, HDC target)
@@ -226,14 +226,14 @@ void draw(HWND button, const Button &data, HDC target)
     GetClientRect(button, &all);
     if (IsRectEmpty(&all))
         return;
-    const VL_VlwinBuffer buffer(target, all.right, all.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, all.right, all.bottom});
+    const HDC dc = buffer.context();
     VL_VlwinParentBackground(button, dc);
     const COLORREF face = faceColor(button, data);
     const COLORREF text = textColor(button, face);
     const bool focus = VL_VlwinShowsFocus(button);
     COLORREF border =
-        VL_VlwinIsLight(face) ? VL_VlwinMix(face, 0, 22) : VL_VlwinMix(face, kWhite, 18);
+        VL_VlwinIsLight(face) ? VL_MixColors(face, 0, 22) : VL_MixColors(face, kWhite, 18);
     if (IsWindowEnabled(button) && (focus || data.isDefault))
         border = VL_VLWIN_ACCENT;
     VL_VlwinRoundRect(dc, all, VL_ScaleX(button, data.radius), face, border,

@@ -22,7 +22,7 @@ UINT alignment(int format)
 
 COLORREF rowBack(COLORREF back, int row)
 {
-    return row % 2 ? VL_VlwinMix(back, VL_VlwinIsLight(back) ? RGB(0, 0, 0) : kWhite, 4) : back;
+    return row % 2 ? VL_MixColors(back, VL_VlwinIsLight(back) ? RGB(0, 0, 0) : kWhite, 4) : back;
 }
 
 } // namespace
@@ -54,7 +54,7 @@ VL_VlwinRowPainter::VL_VlwinRowPainter(HWND list, bool hasGrid)
     m_isFullRow = (style & LVS_EX_FULLROWSELECT) != 0;
     m_hasChecks = (style & LVS_EX_CHECKBOXES) != 0;
     if (!IsWindowEnabled(list))
-        m_text = VL_VlwinMix(m_text, m_back, 50);
+        m_text = VL_MixColors(m_text, m_back, 50);
     readColumns();
 }
 
@@ -131,7 +131,7 @@ void VL_VlwinRowPainter::drawCheckBox(HDC dc, RECT room, bool isChecked, COLORRE
     const LONG x = (room.left + room.right - size) / 2;
     const LONG y = (room.top + room.bottom - size) / 2;
     VL_VlwinRoundRect(dc, RECT{x, y, x + size, y + size}, VL_ScaleX(m_list, 3),
-                      isChecked ? VL_VLWIN_ACCENT : VL_VlwinMix(back, kWhite, 5),
+                      isChecked ? VL_VLWIN_ACCENT : VL_MixColors(back, kWhite, 5),
                       isChecked ? VL_VLWIN_ACCENT : RGB(160, 160, 164), m_line);
     if (isChecked)
         VL_VlwinTick(dc, RECT{x, y, x + size, y + size}, kWhite);
@@ -211,7 +211,7 @@ void VL_VlwinRowPainter::drawRow(HDC dc, int row) const
         VL_VlwinFill(dc, RECT{0, bounds.bottom - m_line, m_client.right, bounds.bottom}, kGrid);
     if ((state & LVIS_FOCUSED) && m_showsFocus)
         VL_VlwinRoundRect(dc, RECT{markLeft, bounds.top, bounds.right, bounds.bottom}, 0, CLR_NONE,
-                          VL_VlwinMix(isMarked ? kSelection : back, kWhite, 30), m_line);
+                          VL_MixColors(isMarked ? kSelection : back, kWhite, 30), m_line);
 }
 
 void VL_VlwinRowPainter::drawBelow(HDC dc) const

@@ -93,11 +93,11 @@ void drawHeaderCell(HWND header, const Header &data, HDC dc, int index)
     item.cchTextMax = kLongestCell;
     SendMessageW(header, HDM_GETITEMW, (WPARAM)index, (LPARAM)&item);
     if (data.hot == index)
-        VL_VlwinFill(dc, cell, VL_VlwinMix(table.headerBack, kWhite, 8));
+        VL_VlwinFill(dc, cell, VL_MixColors(table.headerBack, kWhite, 8));
     const LONG line = VL_ScaleX(header, 1);
     const LONG inset = VL_ScaleX(header, 5);
     const RECT separator = {cell.right - line, cell.top + inset, cell.right, cell.bottom - inset};
-    VL_VlwinFill(dc, separator, VL_VlwinMix(table.headerBack, table.headerFore, 22));
+    VL_VlwinFill(dc, separator, VL_MixColors(table.headerBack, table.headerFore, 22));
     RECT place = cell;
     place.left += VL_ScaleX(header, kCellIndent);
     place.right -= VL_ScaleX(header, kCellIndent);
@@ -116,8 +116,8 @@ void drawHeader(HWND header, const Header &data, HDC target)
 {
     RECT all;
     GetClientRect(header, &all);
-    const VL_VlwinBuffer buffer(target, all.right, all.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, all.right, all.bottom});
+    const HDC dc = buffer.context();
     VL_VlwinFill(dc, all, data.table->headerBack);
     const int count = (int)SendMessageW(header, HDM_GETITEMCOUNT, 0, 0);
     for (int i = 0; i < count; ++i)
@@ -242,11 +242,11 @@ void drawRowNumbers(HWND list, const Table &table, HDC dc, const RECT &strip, LO
         place.right = strip.right;
         const bool selected = painter.isSelected(row);
         if (selected)
-            VL_VlwinFill(dc, place, VL_VlwinMix(table.headerBack, kSelection, 60));
+            VL_VlwinFill(dc, place, VL_MixColors(table.headerBack, kSelection, 60));
         painter.drawText(dc, std::to_wstring(row + 1), place, DT_CENTER,
-                         selected ? kWhite : VL_VlwinMix(table.headerFore, table.headerBack, 25));
+                         selected ? kWhite : VL_MixColors(table.headerFore, table.headerBack, 25));
         VL_VlwinFill(dc, RECT{place.left, place.bottom - line, place.right, place.bottom},
-                     VL_VlwinMix(table.headerBack, table.headerFore, 10));
+                     VL_MixColors(table.headerBack, table.headerFore, 10));
     }
 }
 
@@ -260,8 +260,8 @@ void drawStrip(HWND list, const Table &table, HDC target)
     RECT strip = {left, origin.y, origin.x, origin.y + client.bottom};
     if (width <= 0 || client.bottom <= 0)
         return;
-    const VL_VlwinBuffer buffer(target, strip.right, strip.bottom);
-    const HDC dc = buffer.dc();
+    const VL_BufferedPaint buffer(target, RECT{0, 0, strip.right, strip.bottom});
+    const HDC dc = buffer.context();
     VL_VlwinFill(dc, strip, table.headerBack);
     drawRowNumbers(list, table, dc, strip, origin.y);
     const HWND header = headerOf(list);

@@ -120,10 +120,17 @@ std::optional<POINT> Input::pointIn(HWND control, const std::vector<std::wstring
 void Input::moveTo(POINT point)
 {
     m_place = point;
-    SetCursorPos(point.x, point.y);
-    // News of the move comes to the program by the screen's own way; one that came while a button
-    // is down would be taken for dragging.
-    Sleep(kHandTime);
+    // News of a move comes by the screen's own way: late news of an earlier one takes the pointer
+    // back, and news that came while a button is down would be taken for dragging.
+    const int enough = 3;
+    int still = 0;
+    for (int tries = 0; still < enough && tries < 20; ++tries) {
+        POINT now = {};
+        still = GetCursorPos(&now) && now.x == point.x && now.y == point.y ? still + 1 : 0;
+        if (still == 0)
+            SetCursorPos(point.x, point.y);
+        Sleep(kHandTime);
+    }
     m_program.settle();
 }
 
