@@ -214,7 +214,7 @@ void testOddArguments()
     DestroyWindow(plain);
     VL_VlwinFill(NULL, RECT{0, 0, 5, 5}, 0);
     VL_VlwinRoundRect(NULL, RECT{5, 5, 0, 0}, 3, 0, 0, 1);
-    const VL_VlwinBuffer nothing(NULL, -5, 0);
+    const VL_BufferedPaint nothing(NULL, RECT{0, 0, -5, 0});
 }
 
 void testLeaks()
