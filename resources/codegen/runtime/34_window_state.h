@@ -11,7 +11,8 @@ struct VL_WindowSlot
 };
 // The slot under `key` of that window; NULL when there is none, or no such window.
 VL_WindowSlot *VL_FindSlot(HWND window, const void *key);
-// Takes ownership; a slot that stands there is destroyed. Frees `slot` when there is no such window.
+// Takes ownership; a slot that stands there is destroyed. Frees `slot` when there is no such
+// window.
 void VL_PutSlot(HWND window, const void *key, VL_WindowSlot *slot);
 
 template <typename T>
