@@ -97,9 +97,8 @@ DesignedWindow::DesignedWindow(const WindowRecord &record, bool start, int first
 void DesignedWindow::addControls(const QList<VL::DesignComponent> &components, QPoint origin)
 {
     for (const VL::DesignComponent &component : components) {
-        if (component.type != VL::Window && VL::componentType(component.type))
-            addControl(component, origin);
-        else if (component.type == VL::tableComponentType)
+        const bool table = component.type == VL::tableComponentType;
+        if (table || (component.type != VL::Window && VL::componentType(component.type)))
             addControl(component, origin);
         addControls(component.children, origin);
     }

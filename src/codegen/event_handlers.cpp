@@ -252,7 +252,7 @@ namespace {
 QString convertedEventValue(const EventParameter &source, const QString &wanted)
 {
     const bool text = source.localType() == QLatin1String("std::wstring");
-    const QString value = source.localValue();
+    QString value = source.localValue();
     if (wanted == QLatin1String("std::wstring"))
         return text ? value : QLatin1String("VL_ToStr((long long)") + value + QLatin1Char(')');
     if (!text)

@@ -273,7 +273,7 @@ QString Generation::componentCall(const Node *node, const ComponentRef &componen
         return balloonCall(node, component);
     const ComponentMethod *method = tables.method(component.type, name, given);
     if (!method) {
-        const QString handler = eventHandlerCall(node, component);
+        QString handler = eventHandlerCall(node, component);
         if (!handler.isEmpty())
             return handler;
         const ComponentProperty *property = tables.property(component.type, name);
