@@ -133,6 +133,11 @@ void testHover()
 {
     const HWND window = darkWindow();
     LRESULT result = 0;
+    // The pointer is there: were it elsewhere, the system would soon tell that it left.
+    POINT place = {580, 20};
+    ClientToScreen(window, &place);
+    SetCursorPos(place.x, place.y);
+    pumpMessages();
     VL_VlwinMessage(window, WM_MOUSEMOVE, 0, MAKELPARAM(580, 20), &result);
     CHECK_EQ(pixelAt(window, 560, 10), (COLORREF)RGB(232, 17, 35));
     VL_VlwinMessage(window, WM_MOUSELEAVE, 0, 0, &result);
