@@ -114,11 +114,6 @@ ControlWriter::Part ControlWriter::partOf(int type)
     return parts.value(type, nullptr);
 }
 
-bool ControlWriter::isKnown(int type)
-{
-    return partOf(type) != nullptr;
-}
-
 void ControlWriter::write(bool watched)
 {
     const Part part = partOf(m_control.component.type);

@@ -6,17 +6,14 @@
 
 #include <QString>
 
-// `events`: the control has handlers that need it watched.
 class ControlWriter
 {
 public:
     ControlWriter(CodeWriter &writer, const DesignedWindow &window, const DesignedControl &control);
 
-    // Writes everything, from the creation to tool tip and colours.
+    // Writes everything, from the creation to tool tip and colours. `watched`: the program answers
+    // events that only a watched control tells.
     void write(bool watched);
-
-    // Whether generated programs can show that type.
-    static bool isKnown(int type);
 
 private:
     using Part = void (ControlWriter::*)();
@@ -88,7 +85,7 @@ QString wide(const QString &text);
 // `RGB(r, g, b)`
 QString rgb(int color);
 QString boolean(bool value);
-// "A | B" of the parts that are not empty, led by " | "; empty without any.
+// " | A | B" of the parts that are not empty; empty without any.
 QString flags(const QStringList &parts);
 
 } // namespace DesignCode

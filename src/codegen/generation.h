@@ -328,6 +328,7 @@ private:
                              const QString &className) const;
     static QString windowExtendedStyle(const DesignedWindow &window);
     void writeWindowSetUp(CodeWriter &writer, const DesignedWindow &window) const;
+    static void writeWindowLimits(CodeWriter &writer, const DesignedWindow &window);
     static void writeWindowPlace(CodeWriter &writer, const DesignedWindow &window);
     QString entryPoint() const;
     void writeHiddenWindow(CodeWriter &writer, const DesignedWindow &window) const;

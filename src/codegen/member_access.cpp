@@ -17,7 +17,7 @@ QString filled(QString text, const QString &handle)
     return text.replace(QLatin1String("%h"), handle);
 }
 
-// The names that share the first character with a wrong one, or else the first few.
+// The first names that share a character with a wrong one, or else the first of all.
 QString someNames(const QStringList &names, const QString &wrong)
 {
     const int kMost = 8;

@@ -51,10 +51,10 @@ ProgramText Generation::program(const Node *root)
     text.append(eventDeclarations());
     const DesignedWindow &start = startWindow();
     text.append(QStringLiteral("// VL_IDE_WNDPROC_BEGIN\n") +
-                fixedText(QStringLiteral("window_procedure.inc")) + menuFunctions(start) +
+                fixedText(QStringLiteral("window_declarations.inc")) + menuFunctions(start) +
                 windowProcedure(start));
-    text.append(fixedText(QStringLiteral("dpi_helpers.inc")));
-    text.append(QStringLiteral("// VL_IDE_CREATECONTROLS_BEGIN\n") + createControls(start));
+    text.append(QStringLiteral("// VL_IDE_WNDPROC_END\n// VL_IDE_CREATECONTROLS_BEGIN\n") +
+                createControls(start));
     for (const DesignedWindow &window : qAsConst(m_windows)) {
         if (!window.isStart())
             text.append(furtherWindow(window));

@@ -87,6 +87,17 @@ QString windowTitle(const DesignedWindow &window)
     return QStringLiteral("VL Program");
 }
 
+// Of a self-drawn window, with those of the dark theme where the design has none.
+int titleColor(const PropertyBag &bag)
+{
+    return bag.color(QStringLiteral("titleBarColor")).value_or(0x3C3C3C);
+}
+
+int clientColor(const PropertyBag &bag)
+{
+    return bag.color(QStringLiteral("backColor")).value_or(0x302D2D);
+}
+
 QString showCommand(const DesignedWindow &window)
 {
     const QString state = window.bag().text(QStringLiteral("windowState"));
@@ -284,12 +295,10 @@ void Generation::writeWindowSetUp(CodeWriter &writer, const DesignedWindow &wind
     const bool resizable = window.isSelfDrawn() ? bag.flag(QStringLiteral("borderResizable"), true)
                                                 : bag.flag(QStringLiteral("borderResizable"));
     if (window.isSelfDrawn()) {
-        const int title = bag.color(QStringLiteral("titleBarColor")).value_or(0x3C3C3C);
-        const int client = bag.color(QStringLiteral("backColor")).value_or(0x302D2D);
         call("VL_SetWindowBorderless", QLatin1String("true, ") + boolean(resizable));
         call("VL_VlwinPrepareWindow",
              QStringLiteral("(int)%1, (int)%2, %3, %4, %5")
-                 .arg(rgb(title), rgb(client),
+                 .arg(rgb(titleColor(bag)), rgb(clientColor(bag)),
                       boolean(bag.flag(QStringLiteral("minimizeBox"), true)),
                       boolean(bag.flag(QStringLiteral("maximizeBox"), true)), boolean(resizable)));
         writer.line(QStringLiteral("VL_VlwinDisableNcRendering(%1);").arg(handle));
@@ -306,7 +315,19 @@ void Generation::writeWindowSetUp(CodeWriter &writer, const DesignedWindow &wind
              wide(bag.text(QStringLiteral("backgroundImage"))) + QLatin1String(", ") +
                  wide(bag.text(QStringLiteral("backgroundMode"), QStringLiteral("拉伸"))));
     }
-    // Limits never keep a window from the size that it was designed with.
+    writeWindowLimits(writer, window);
+    writeWindowPlace(writer, window);
+    const int opacity = bag.number(QStringLiteral("opacity"), 100);
+    if (opacity >= 0 && opacity < 100)
+        call("VL_SetWindowOpacity", QString::number(opacity));
+    if (!bag.flag(QStringLiteral("enabled"), true))
+        writer.line(QStringLiteral("EnableWindow(%1, FALSE);").arg(handle));
+}
+
+// Limits never keep a window from the size that it was designed with.
+void Generation::writeWindowLimits(CodeWriter &writer, const DesignedWindow &window)
+{
+    const PropertyBag bag = window.bag();
     const VL::DesignComponent &form = window.component();
     const auto least = [&](const char *key, int designed) {
         return QString::number(std::max(0, std::min(bag.number(QLatin1String(key)), designed)));
@@ -318,13 +339,8 @@ void Generation::writeWindowSetUp(CodeWriter &writer, const DesignedWindow &wind
     const QStringList limits{least("minWidth", form.width), least("minHeight", form.height),
                              most("maxWidth", form.width), most("maxHeight", form.height)};
     if (limits.count(QStringLiteral("0")) < limits.size())
-        call("VL_SetWindowLimits", limits.join(QLatin1String(", ")));
-    writeWindowPlace(writer, window);
-    const int opacity = bag.number(QStringLiteral("opacity"), 100);
-    if (opacity >= 0 && opacity < 100)
-        call("VL_SetWindowOpacity", QString::number(opacity));
-    if (!bag.flag(QStringLiteral("enabled"), true))
-        writer.line(QStringLiteral("EnableWindow(%1, FALSE);").arg(handle));
+        writer.line(QStringLiteral("VL_SetWindowLimits(%1, %2);")
+                        .arg(window.handle(), limits.join(QLatin1String(", "))));
 }
 
 void Generation::writeWindowPlace(CodeWriter &writer, const DesignedWindow &window)
@@ -490,11 +506,9 @@ void Generation::writeStartWindow(CodeWriter &writer, const DesignedWindow &wind
 void Generation::writeSelfDrawnColors(CodeWriter &writer, const DesignedWindow &window)
 {
     const PropertyBag bag = window.bag();
-    const int title = bag.color(QStringLiteral("titleBarColor")).value_or(0x3C3C3C);
-    const int client = bag.color(QStringLiteral("backColor")).value_or(0x302D2D);
     writer.line(QStringLiteral("g_vlwinSelfDrawActive = true;"));
-    writer.line(QStringLiteral("g_vlwinTitleBarColor = %1;").arg(rgb(title)));
-    writer.line(QStringLiteral("g_vlwinClientBgColor = %1;").arg(rgb(client)));
+    writer.line(QStringLiteral("g_vlwinTitleBarColor = %1;").arg(rgb(titleColor(bag))));
+    writer.line(QStringLiteral("g_vlwinClientBgColor = %1;").arg(rgb(clientColor(bag))));
     writer.line(QStringLiteral("g_vlwinWndTitle = %1;").arg(wide(windowTitle(window))));
 }
 
