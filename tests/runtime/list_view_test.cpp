@@ -38,7 +38,7 @@ void testRows()
     CHECK_EQ(column(list, 2), L"x||||y|z|");
     VL_ListView_AddItemsFromArray(
         list, VL_Array{VL_Any(L"solo"), VL_Any(VL_Array{VL_Any(7), VL_Any(8)})});
-    VL_ListView_AddItemsFromArrays(list, {{VL_Any(L"m"), VL_Any(true)}});
+    VL_ListView_AddItemsFromArray(list, VL_Array2D{{VL_Any(L"m"), VL_Any(true)}});
     CHECK_EQ(VL_ListView_GetItemText(list, 7, 1), L"8");
     CHECK_EQ(VL_GetItemCount(list), 9);
     VL_ListView_SetSubItem(list, 0, 1, std::wstring(20000, L'n'));

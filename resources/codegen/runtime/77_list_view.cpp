@@ -275,6 +275,11 @@ void VL_ListView_AddItemsFromArray(HWND list, const VL_Any &items)
         VL_ListView_AddItemsFromArray(list, *items.arrPtr);
 }
 
+void VL_ListView_AddItemsFromArray(HWND list, const VL_Array2D &rows)
+{
+    VL_ListView_AddItemsFromArrays(list, rows);
+}
+
 void VL_ListView_AddItemsFromArrays(HWND list, const VL_Array2D &rows)
 {
     if (!VL_ListView_Attach(list))

@@ -39,6 +39,7 @@ int VL_ListView_AddItemWithImage(HWND list, const std::wstring &text, const VL_A
 // One row for each item; an item that is an array fills the columns.
 void VL_ListView_AddItemsFromArray(HWND list, const VL_Array &items);
 void VL_ListView_AddItemsFromArray(HWND list, const VL_Any &items);
+void VL_ListView_AddItemsFromArray(HWND list, const VL_Array2D &rows);
 void VL_ListView_AddItemsFromArrays(HWND list, const VL_Array2D &rows);
 void VL_ListView_DeleteRow(HWND list, int row);
 void VL_ListView_Clear(HWND list);
