@@ -219,15 +219,20 @@ void WindowProgramTest::program()
 }
 
 // In a prefix of its own: what a change of the resolution sets off stays with the prefix. Its files
-// are those of the other one; wine replaces a file that it changes.
+// are those of the other one but for the registry, which wine writes in place where it is shared.
 void WindowProgramTest::useResolution(int dpi)
 {
     const QString folder =
         WinePrefix().folder() + QLatin1Char('-') + QString::number(dpi) + QLatin1String("-dpi");
-    if (!QFileInfo::exists(folder + QStringLiteral("/user.reg")))
-        QCOMPARE(QProcess::execute(QStringLiteral("cp"),
-                                   {QStringLiteral("-al"), WinePrefix().folder(), folder}),
+    if (!QFileInfo::exists(folder + QStringLiteral("/own-registry"))) {
+        const QString copy =
+            QStringLiteral("rm -rf \"$2\" && cp -al \"$1\" \"$2\" && rm \"$2\"/*.reg "
+                           "&& cp \"$1\"/*.reg \"$2\" && touch \"$2/own-registry\"");
+        QCOMPARE(QProcess::execute(QStringLiteral("sh"),
+                                   {QStringLiteral("-c"), copy, QStringLiteral("copy"),
+                                    WinePrefix().folder(), folder}),
                  0);
+    }
     m_environment.insert(QStringLiteral("WINEPREFIX"), folder);
     WinePrefix().wakeServer(m_environment);
     QProcess registry;
