@@ -69,7 +69,6 @@ GeneratorTables::GeneratorTables()
     variableTypes = toHash(table("variableTypes"));
     returnTypes = toHash(table("returnTypes"));
     parameterTypes = toHash(table("parameterTypes"));
-    typeWords = toHash(table("typeWords"));
     conversions = toHash(table("conversions"));
     componentWords = toList(table("componentWords"));
     integerCommandPrefixes = toList(table("integerCommandPrefixes"));

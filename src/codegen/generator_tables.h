@@ -23,7 +23,6 @@ struct GeneratorTables
     QHash<QString, QString> variableTypes;  // `varType` to C++
     QHash<QString, QString> returnTypes;    // `returnType` and types of properties to C++
     QHash<QString, QString> parameterTypes; // `paramType` to C++
-    QHash<QString, QString> typeWords;      // C++ type or type word to the Chinese word
     QHash<QString, QString> callTypes;      // command to the Chinese word of what it returns
     QHash<QString, QString> conversions;    // type word called as a function to C++ function
     QStringList builtinNames;               // what the editor colours as built-in

@@ -1,8 +1,8 @@
 // What the generator knows about the names of a program: functions, classes, variables in scope.
 #pragma once
 
-#include "codegen/value_type.h"
 #include "frontend/parser.h"
+#include "frontend/value_type.h"
 
 #include <QHash>
 #include <QList>

@@ -1,8 +1,27 @@
-#include "codegen/value_type.h"
+// The words behind value_type.h, read from ":/frontend/value_types.json".
+#include "frontend/value_type.h"
 
-#include "codegen/generator_tables.h"
-
+#include <QFile>
 #include <QHash>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+// C++ type texts and type words to the ten words that the types go by.
+QHash<QString, QString> readWords()
+{
+    QFile file(QStringLiteral(":/frontend/value_types.json"));
+    if (!file.open(QIODevice::ReadOnly))
+        qCritical("The table of type words is missing from the program");
+    QHash<QString, QString> words;
+    const QJsonObject rows = QJsonDocument::fromJson(file.readAll()).object();
+    for (auto row = rows.begin(); row != rows.end(); ++row)
+        words.insert(row.key(), row.value().toString());
+    return words;
+}
+
+} // namespace
 
 ValueType valueTypeOf(const QString &typeText)
 {
@@ -18,7 +37,8 @@ ValueType valueTypeOf(const QString &typeText)
         {QStringLiteral("通用"), ValueType::Any},
         {QStringLiteral("空"), ValueType::Void},
     };
-    return types.value(GeneratorTables::instance().typeWords.value(typeText), ValueType::Unknown);
+    static const QHash<QString, QString> words = readWords();
+    return types.value(words.value(typeText), ValueType::Unknown);
 }
 
 QString wordOf(ValueType type)

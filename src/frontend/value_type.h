@@ -1,4 +1,4 @@
-// The types that the generator tells apart, and their Chinese words.
+// The types that checks and generator tell apart, and their Chinese words.
 #pragma once
 
 #include <QString>
