@@ -306,7 +306,15 @@ QString Generation::valueFor(ValueType target, const Node *value)
 {
     const bool plainArray = target == ValueType::Array && value &&
                             value->type == Parser::ArrayLiteral && !value->flag(Meta::braceLiteral);
-    return plainArray ? arrayLiteral(value, false) : expression(value);
+    if (plainArray)
+        return arrayLiteral(value, false);
+    // C++ takes a number for the code of a character.
+    const ValueType given = target == ValueType::Text ? inferType(value) : ValueType::Unknown;
+    const bool isNumber =
+        given == ValueType::Int || given == ValueType::Double || given == ValueType::Bool;
+    if (isNumber || (given == ValueType::Any && value->type == Parser::Binary))
+        return QLatin1String("VL_ToOutputStr(") + expression(value) + QLatin1Char(')');
+    return expression(value);
 }
 
 QString Generation::arrayLiteral(const Node *node, bool mayBeTable)

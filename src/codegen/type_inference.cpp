@@ -107,7 +107,7 @@ ValueType Generation::inferBinary(const Node *node)
     }
     note(inferType(walk));
     if (text)
-        return joins ? ValueType::Text : kUnknown;
+        return joins ? ValueType::Text : ValueType::Any;
     if (decimal)
         return ValueType::Double;
     return any ? ValueType::Any : ValueType::Int;
