@@ -1,10 +1,11 @@
 // Merges the command record files into the one catalogue that the program embeds.
 //
 // Usage: merge_commands OUTPUT INPUT.json...
-// Each input is a JSON array of records. A record without name or category, and a name that two
-// records share, end the build with the file's name.
+// Each input is a JSON array of the records of one top category. What is wrong with a file ends
+// the build with the file's name.
 #include <QCoreApplication>
 #include <QFile>
+#include <QHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -14,9 +15,97 @@
 
 namespace {
 
+const char *const kTexts[] = {"name", "category", "description", "syntax", "returnType", "example"};
+
+QString text(const QJsonObject &record, const char *key)
+{
+    return record.value(QLatin1String(key)).toString();
+}
+
+// The first thing that a complete record has and this one lacks; empty when nothing is missing.
+QString missingPart(const QJsonObject &record)
+{
+    for (const char *key : kTexts) {
+        if (text(record, key).trimmed().isEmpty())
+            return QString::fromLatin1(key);
+    }
+    return record.value(QLatin1String("parameters")).isArray() ? QString()
+                                                               : QStringLiteral("parameters");
+}
+
+// Collects the records of all files. Every function returns what is wrong, empty for nothing.
+class Merger
+{
+public:
+    QString addFile(const QString &path)
+    {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            return QStringLiteral("cannot be read");
+        QJsonParseError error{};
+        const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
+        if (!document.isArray()) {
+            return QStringLiteral("no JSON array, offset %1: %2")
+                .arg(QString::number(error.offset), error.errorString());
+        }
+        QString category;
+        const QJsonArray records = document.array();
+        for (const QJsonValue &value : records) {
+            const QJsonObject record = value.toObject();
+            QString problem = addRecord(record);
+            if (problem.isEmpty())
+                problem = checkCategory(record, path, category);
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return QString();
+    }
+
+    QString addRecord(const QJsonObject &record)
+    {
+        const QString name = text(record, "name");
+        const QString missing = missingPart(record);
+        if (!missing.isEmpty())
+            return QStringLiteral("a record lacks its %1: %2").arg(missing, name);
+        if (m_names.contains(name))
+            return QStringLiteral("recorded twice: ") + name;
+        m_names.insert(name);
+        m_commands.append(record);
+        return QString();
+    }
+
+    QJsonObject catalogue() const
+    {
+        return {{QStringLiteral("version"), QStringLiteral("1.0.0")},
+                {QStringLiteral("description"), QStringLiteral("Vorel 内置命令")},
+                {QStringLiteral("commands"), m_commands}};
+    }
+
+private:
+    // `category` is the top category of the file's records so far.
+    QString checkCategory(const QJsonObject &record, const QString &path, QString &category)
+    {
+        const QString top = text(record, "category").section(QLatin1Char('/'), 0, 0);
+        if (!category.isEmpty() && top != category)
+            return QStringLiteral("holds two top categories: %1 and %2").arg(category, top);
+        category = top;
+        const QString other = m_fileOfCategory.value(top, path);
+        if (other != path)
+            return QStringLiteral("the category %1 stands in %2 too").arg(top, other);
+        m_fileOfCategory.insert(top, path);
+        return QString();
+    }
+
+    QJsonArray m_commands;
+    QSet<QString> m_names;
+    QHash<QString, QString> m_fileOfCategory;
+};
+
 int fail(const QString &message)
 {
-    QTextStream(stderr) << "merge_commands: " << message << '\n';
+    QTextStream stream(stderr);
+    stream.setCodec("UTF-8");
+    stream << "merge_commands: " << message << '\n';
     return 1;
 }
 
@@ -29,39 +118,15 @@ int main(int argc, char *argv[])
     if (arguments.size() < 2)
         return fail(QStringLiteral("usage: merge_commands OUTPUT INPUT.json..."));
 
-    QJsonArray commands;
-    QSet<QString> names;
+    Merger merger;
     for (const QString &path : arguments.mid(2)) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            return fail(path + QStringLiteral(": cannot be read"));
-        QJsonParseError error{};
-        const QJsonDocument document = QJsonDocument::fromJson(file.readAll(), &error);
-        if (!document.isArray()) {
-            return fail(QStringLiteral("%1: no JSON array, offset %2: %3")
-                            .arg(path, QString::number(error.offset), error.errorString()));
-        }
-        const QJsonArray records = document.array();
-        for (const QJsonValue &value : records) {
-            const QJsonObject record = value.toObject();
-            const QString name = record.value(QLatin1String("name")).toString();
-            if (name.isEmpty() || record.value(QLatin1String("category")).toString().isEmpty())
-                return fail(path + QStringLiteral(": a record lacks name or category: ") + name);
-            if (names.contains(name))
-                return fail(path + QStringLiteral(": recorded twice: ") + name);
-            names.insert(name);
-            commands.append(record);
-        }
+        const QString problem = merger.addFile(path);
+        if (!problem.isEmpty())
+            return fail(path + QLatin1String(": ") + problem);
     }
-
-    const QJsonObject catalogue{
-        {QStringLiteral("version"), QStringLiteral("1.0.0")},
-        {QStringLiteral("description"), QStringLiteral("Vorel 内置命令")},
-        {QStringLiteral("commands"), commands},
-    };
     QSaveFile output(arguments.at(1));
     if (!output.open(QIODevice::WriteOnly))
         return fail(arguments.at(1) + QStringLiteral(": cannot be written"));
-    output.write(QJsonDocument(catalogue).toJson(QJsonDocument::Compact));
+    output.write(QJsonDocument(merger.catalogue()).toJson(QJsonDocument::Compact));
     return output.commit() ? 0 : fail(arguments.at(1) + QStringLiteral(": cannot be written"));
 }

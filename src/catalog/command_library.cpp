@@ -33,12 +33,19 @@ CommandInfo readRecord(const QJsonObject &object)
         info.output = text("output");
     info.note = text("note");
     info.cppFunction = text("cppFunction");
+    info.type = text("type");
+    info.memberOf = text("memberOf");
     info.parameters = stringList(object.value(QLatin1String("parameters")));
     info.aliases = stringList(object.value(QLatin1String("aliases")));
     return info;
 }
 
 } // namespace
+
+bool CommandInfo::isCallable() const
+{
+    return memberOf.isEmpty() && type != QStringLiteral("常量") && type != QStringLiteral("语法");
+}
 
 CommandLibrary::CommandLibrary()
     : CommandLibrary(QStringLiteral(":/commands/builtin_commands.json"))

@@ -19,7 +19,12 @@ struct CommandInfo
     QString note;
     QStringList parameters;
     QString cppFunction;
+    QString type;     // "常量" or "语法" where the record is no command
+    QString memberOf; // the component type whose member the record describes
     QStringList aliases;
+
+    // Whether a program can call it by its name alone.
+    bool isCallable() const;
 };
 
 // Reads the embedded catalogue at construction. A broken catalogue is logged and leaves an empty

@@ -14,7 +14,9 @@ QByteArray recordJson(const CommandInfo &info)
                                                     {"returnType", info.returnType},
                                                     {"example", info.example},
                                                     {"note", info.note},
-                                                    {"cppFunction", info.cppFunction}};
+                                                    {"cppFunction", info.cppFunction},
+                                                    {"type", info.type},
+                                                    {"memberOf", info.memberOf}};
     QByteArray json("{");
     for (const auto &text : texts) {
         json += json.size() > 1 ? "," : "";

@@ -90,9 +90,12 @@ const CommandInfo *Generation::findCommand(const QString &name) const
 {
     if (!m_input.commands)
         return nullptr;
-    if (const CommandInfo *info = m_input.commands->commandInfo(name))
-        return info;
-    return m_input.commands->commandInfo(m_tables.canonicalCommand(name));
+    for (const QString &spelling : {name, m_tables.canonicalCommand(name)}) {
+        const CommandInfo *info = m_input.commands->commandInfo(spelling);
+        if (info && info->isCallable())
+            return info;
+    }
+    return nullptr;
 }
 
 // The C++ function of a command: from the map, else as its record tells.

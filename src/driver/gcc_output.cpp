@@ -71,7 +71,8 @@ QString commandOf(const QString &cppFunction)
         QHash<QString, QString> byFunction;
         const QList<CommandInfo> &commands = CommandLibrary::builtin().allCommands();
         for (const CommandInfo &command : commands) {
-            if (!command.cppFunction.isEmpty() && !byFunction.contains(command.cppFunction))
+            if (command.isCallable() && !command.cppFunction.isEmpty() &&
+                !byFunction.contains(command.cppFunction))
                 byFunction.insert(command.cppFunction, command.name);
         }
         return byFunction;

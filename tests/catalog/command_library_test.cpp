@@ -15,6 +15,8 @@ private slots:
     void broken_data();
     void broken();
     void aliases();
+    void callable_data();
+    void callable();
     void builtin();
 };
 
@@ -96,12 +98,37 @@ void CommandLibraryTest::aliases()
     QVERIFY(!library.commandInfo(QStringLiteral("丁")));
 }
 
+void CommandLibraryTest::callable_data()
+{
+    QTest::addColumn<QByteArray>("keys");
+    QTest::addColumn<bool>("expected");
+    QTest::newRow("command") << QByteArray() << true;
+    QTest::newRow("other type") << QByteArray(", \"type\": \"命令\"") << true;
+    QTest::newRow("constant") << QByteArray(", \"type\": \"常量\"") << false;
+    QTest::newRow("language form") << QByteArray(", \"type\": \"语法\"") << false;
+    QTest::newRow("member") << QByteArray(", \"memberOf\": \"按钮\"") << false;
+}
+
+void CommandLibraryTest::callable()
+{
+    QFETCH(QByteArray, keys);
+    QTemporaryFile file;
+    QVERIFY(file.open());
+    file.write("{\"commands\": [{\"name\": \"a\"" + keys + "}]}");
+    file.close();
+    QTEST(CommandLibrary(file.fileName()).commandInfo(QStringLiteral("a"))->isCallable(),
+          "expected");
+}
+
 void CommandLibraryTest::builtin()
 {
     const CommandInfo *info = CommandLibrary::builtin().commandInfo(QStringLiteral("替换"));
     QVERIFY(info);
+    QVERIFY(info->isCallable());
     QVERIFY(!info->description.isEmpty());
     QCOMPARE(info->returnType, QStringLiteral("文本"));
+    const CommandInfo *constant = CommandLibrary::builtin().commandInfo(QStringLiteral("#红色"));
+    QVERIFY(constant && !constant->isCallable());
 }
 
 QTEST_GUILESS_MAIN(CommandLibraryTest)

@@ -70,7 +70,9 @@ void GeneratorTablesTest::everyRecordLeadsToAFunction()
     const GeneratorTables &tables = GeneratorTables::instance();
     const QSet<QString> &implemented = RuntimeLibrary::instance().names();
     for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
-        if (info.syntax.isEmpty())
+        if (info.type == QStringLiteral("常量"))
+            QVERIFY2(!tables.commandText(info.name).isEmpty(), qPrintable(info.name));
+        if (!info.isCallable())
             continue;
         QVERIFY2(!readCommandSyntax(info.syntax).isEmpty(), qPrintable(info.name));
         const QString target =

@@ -50,6 +50,7 @@ private:
                        Form form = Form::Units);
     static void checkProgram(const QString &path, const QString &config, Form form);
     static void checkExamples(const ExampleProgram &program, Form form);
+    static QString exampleDeclarations(QString example, const QString &function, int number);
     static ExampleProgram exampleProgram(const std::function<bool(const CommandInfo &)> &wanted);
     static QString writeProgram(const QTemporaryDir &folder, const QString &source);
     static QString topCategory(const CommandInfo &info);
@@ -166,12 +167,34 @@ void ProgramTest::commandExamples_data()
     QTest::addColumn<QString>("category");
     QStringList categories;
     for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
-        if (!info.example.isEmpty() && !info.output.isNull())
+        if (info.memberOf.isEmpty() && !info.output.isNull())
             categories << topCategory(info);
     }
     categories.removeDuplicates();
     for (const QString &category : qAsConst(categories))
         QTest::addRow("%s", qPrintable(category)) << category;
+}
+
+// The declarations that make `function` run an example. An example with declarations of its own is
+// a whole program: its names get an ending that no other example has.
+QString ProgramTest::exampleDeclarations(QString example, const QString &function, int number)
+{
+    static const QRegularExpression declaration(
+        QStringLiteral("^(?:函数 |类 |全局 \\S+ )(\\w+)(?![\\w.])"),
+        QRegularExpression::MultilineOption | QRegularExpression::UseUnicodePropertiesOption);
+    QStringList names;
+    QRegularExpressionMatchIterator declared = declaration.globalMatch(example);
+    while (declared.hasNext())
+        names << declared.next().captured(1);
+    if (names.isEmpty())
+        return QStringLiteral("函数 %1() {\n%2\n}\n").arg(function, example);
+    for (const QString &name : qAsConst(names)) {
+        const QRegularExpression word(QStringLiteral("(?<!\\w)%1(?!\\w)").arg(name),
+                                      QRegularExpression::UseUnicodePropertiesOption);
+        const bool isMain = name == QStringLiteral("主函数");
+        example.replace(word, isMain ? function : name + QString::number(number));
+    }
+    return example + QLatin1Char('\n');
 }
 
 // The examples that `wanted` picks in one program, each in a function of its own behind a line with
@@ -184,11 +207,11 @@ ProgramTest::exampleProgram(const std::function<bool(const CommandInfo &)> &want
     ExampleProgram result;
     int number = 0;
     for (const CommandInfo &info : CommandLibrary::builtin().allCommands()) {
-        if (info.example.isEmpty() || !wanted(info))
+        if (!info.memberOf.isEmpty() || !wanted(info))
             continue;
         const QString function = QStringLiteral("示例%1").arg(++number);
         calls += QStringLiteral("    输出(\"== %1\")\n    %2()\n").arg(info.name, function);
-        functions += QStringLiteral("函数 %1() {\n%2\n}\n").arg(function, info.example);
+        functions += exampleDeclarations(info.example, function, number);
         result.output += QStringLiteral("== %1\n").arg(info.name);
         if (!info.output.isEmpty())
             result.output += info.output + QLatin1Char('\n');
