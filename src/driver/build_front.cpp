@@ -119,7 +119,7 @@ bool BuildPipeline::Run::parse()
     m_parser.setFriendlyErrors(m_request.chineseError);
     prescanClasses(m_parser);
     m_tree.reset(m_parser.parse(m_pipeline.m_tokens));
-    reportMessages(m_parser.errors(), Severity::Error);
+    reportMessages(m_parser.messages());
     return endIfErrors();
 }
 

@@ -4,7 +4,9 @@
 #include <QString>
 
 // One problem of the user's program or of the build. `file` and `line` are empty and 0 without a
-// place; `text` is a Chinese sentence, perhaps of several lines.
+// place; `text` is a Chinese sentence, perhaps of several lines. `column` is 1-based and that of
+// the merged source, whose line may differ from the file's; `nearText` is what stands there. 0 and
+// empty if they are unknown.
 struct BuildDiagnostic
 {
     enum class Severity
@@ -17,6 +19,8 @@ struct BuildDiagnostic
     QString file;
     int line = 0;
     QString text;
+    int column = 0;
+    QString nearText = {};
 };
 
 class BuildListener

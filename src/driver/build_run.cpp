@@ -3,6 +3,8 @@
 #include "driver/build_messages.h"
 #include "driver/message_location.h"
 
+#include <algorithm>
+
 using BuildMessage::text;
 
 BuildPipeline::BuildPipeline()
@@ -103,19 +105,40 @@ void BuildPipeline::Run::report(const BuildDiagnostic &diagnostic)
     m_listener.diagnostic(diagnostic);
 }
 
-// Messages name merged lines; the user is told lines of files.
+// What is known of a message's place is what its text tells.
 void BuildPipeline::Run::reportMessages(const QStringList &messages,
                                         BuildDiagnostic::Severity severity)
 {
+    QList<SourceMessage> placed;
     for (const QString &message : messages) {
-        const int mergedLine = lineOfMessage(message);
-        const SourceLocation place = locate(m_lineMap, mergedLine);
-        if (!place.file.isEmpty())
-            report(
-                {severity, place.file, place.line, withFileLines(message, place.file, m_lineMap)});
-        else if (severity == BuildDiagnostic::Severity::Warning)
-            report({severity, m_request.activeFileName, mergedLine, message});
-        else
-            report({severity, QString(), mergedLine, message});
+        const bool isWarning = severity == BuildDiagnostic::Severity::Warning;
+        placed << SourceMessage{lineOfMessage(message), 0, QString(), message, isWarning};
+    }
+    reportMessages(placed);
+}
+
+// Messages name merged lines; the user is told lines of files.
+void BuildPipeline::Run::reportMessages(const QList<SourceMessage> &messages)
+{
+    const bool hasColumns =
+        std::any_of(messages.begin(), messages.end(),
+                    [](const SourceMessage &message) { return message.column > 0; });
+    const QVector<QStringRef> lines =
+        hasColumns ? m_text.splitRef(QLatin1Char('\n')) : QVector<QStringRef>();
+    for (const SourceMessage &message : messages) {
+        BuildDiagnostic diagnostic;
+        diagnostic.severity = message.isWarning ? BuildDiagnostic::Severity::Warning
+                                                : BuildDiagnostic::Severity::Error;
+        const SourceLocation place = locate(m_lineMap, message.line);
+        const bool isPlaced = !place.file.isEmpty();
+        diagnostic.file = place.file;
+        diagnostic.line = isPlaced ? place.line : message.line;
+        diagnostic.text =
+            isPlaced ? withFileLines(message.text, place.file, m_lineMap) : message.text;
+        if (!isPlaced && message.isWarning)
+            diagnostic.file = m_request.activeFileName;
+        diagnostic.column = message.column;
+        diagnostic.nearText = writtenText(lines.value(message.line - 1), message);
+        report(diagnostic);
     }
 }

@@ -20,6 +20,7 @@ private:
     bool endIfErrors();
     void report(const BuildDiagnostic &diagnostic);
     void reportMessages(const QStringList &messages, BuildDiagnostic::Severity severity);
+    void reportMessages(const QList<SourceMessage> &messages);
 
     // build_front.cpp
     bool gather();

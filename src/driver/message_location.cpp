@@ -1,6 +1,9 @@
 #include "driver/message_location.h"
 
+#include "frontend/lexer.h"
+
 #include <QRegularExpression>
+
 #include <algorithm>
 
 namespace {
@@ -35,6 +38,18 @@ QString withFileLines(const QString &message, const QString &file, const SourceL
         copied = match.capturedEnd();
     }
     return result + message.midRef(copied);
+}
+
+QString writtenText(const QStringRef &line, const SourceMessage &message)
+{
+    const QString rest = message.column > 0 ? line.mid(message.column - 1).toString() : QString();
+    if (rest.isEmpty() || rest.at(0).isSpace())
+        return QString();
+    if (!message.nearText.isEmpty() && rest.startsWith(message.nearText))
+        return message.nearText;
+    Lexer lexer(rest);
+    lexer.nextToken();
+    return rest.left(lexer.offset());
 }
 
 SourceLocation locate(const SourceLineMap &lineMap, int mergedLine)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "driver/build_request.h"
+#include "frontend/source_message.h"
 
 #include <QString>
 #include <QVector>
@@ -11,6 +12,11 @@ int lineOfMessage(const QString &message);
 // The message with the lines it names replaced by lines of files; a line of another file than
 // `file` is given that file's name. Lines without a place stay.
 QString withFileLines(const QString &message, const QString &file, const SourceLineMap &lineMap);
+
+// What a message is near to, as it is written at the column of its line: its `nearText` if that
+// stands there, else the whole token, which a literal or a sign may be spelled in another way.
+// Empty where no token begins.
+QString writtenText(const QStringRef &line, const SourceMessage &message);
 
 // The file and line of a merged line. A line behind the last file belongs to that file's last line;
 // elsewhere a line without an entry gives an empty file.

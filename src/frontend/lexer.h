@@ -109,6 +109,8 @@ public:
     Token nextToken();
     // All tokens from here on but the `Newline` ones; the last is the one `EndOfFile`.
     QList<Token> tokenize();
+    // How many UTF-16 units have been read: behind nextToken() the end of that token.
+    int offset() const { return m_index; }
 
 private:
     QChar at(int offset) const;

@@ -60,13 +60,13 @@ Parser::ASTNode *Parser::parse(const QList<Lexer::Token> &tokens)
 {
     m_tokens = tokens;
     m_position = 0;
-    m_errors.clear();
+    m_messages.clear();
     m_depth = 0;
     m_statementDepth = 0;
     m_muted = false;
     m_semicolonAhead.clear();
     preScan(m_tokens);
-    Node program(new ASTNode(Program));
+    Node program = newUnlinedNode(Program);
     parseFile(program.get());
     return program.release();
 }
@@ -74,6 +74,12 @@ Parser::ASTNode *Parser::parse(const QList<Lexer::Token> &tokens)
 const Lexer::Token &Parser::current() const
 {
     return m_position < m_tokens.size() ? m_tokens.at(m_position) : m_endToken;
+}
+
+// The current token, and behind the end of the file its last one, which stands there.
+const Lexer::Token &Parser::place() const
+{
+    return m_position < m_tokens.size() || m_tokens.isEmpty() ? current() : m_tokens.last();
 }
 
 // The token behind the current one.
@@ -111,29 +117,70 @@ void Parser::skipNewlines()
     }
 }
 
-// A message with line, place and hint. `line` is that of the current token if negative.
-void Parser::report(ParserMessage message, std::initializer_list<QString> arguments, int line)
+QStringList Parser::errors() const
 {
-    if (isMuted())
-        return;
-    const Lexer::Token &token = current();
-    const QString sentence = messageText(message, arguments);
-    const int shownLine = line < 0 ? token.line : line;
-    appendMessage(m_friendlyErrors ? friendlyText(sentence, shownLine, token.text)
-                                   : plainText(sentence, shownLine, token.text));
+    QStringList texts;
+    for (const SourceMessage &message : m_messages)
+        texts.append(message.text);
+    return texts;
+}
+
+// A message about the current token, with line, place and hint.
+void Parser::report(ParserMessage message, std::initializer_list<QString> arguments)
+{
+    if (!isMuted())
+        appendMessage({place().line, place().column, place().text,
+                       framed(message, arguments, current().line)});
+}
+
+// The same about a node. The text says `toldLine` and the current token; the place is the node's.
+void Parser::reportNode(const ASTNode &node, int toldLine, ParserMessage message,
+                        std::initializer_list<QString> arguments)
+{
+    if (!isMuted())
+        appendMessage(
+            {node.sourceLine, node.sourceColumn, node.value, framed(message, arguments, toldLine)});
 }
 
 // A message as its sentence stands.
-void Parser::appendPlain(ParserMessage message, std::initializer_list<QString> arguments)
+void Parser::reportPlain(const Lexer::Token &place, ParserMessage message,
+                         std::initializer_list<QString> arguments)
 {
     if (!isMuted())
-        appendMessage(messageText(message, arguments));
+        appendMessage({place.line, place.column, place.text, messageText(message, arguments)});
 }
 
-void Parser::appendMessage(const QString &text)
+QString Parser::framed(ParserMessage message, std::initializer_list<QString> arguments,
+                       int toldLine) const
 {
-    const bool isFull = m_errors.size() >= ParserLimits::messages;
-    m_errors.append(isFull ? messageText(ParserMessage::TooManyMessages) : text);
+    const QString sentence = messageText(message, arguments);
+    const QString &nearText = current().text;
+    return m_friendlyErrors ? friendlyText(sentence, toldLine, nearText)
+                            : plainText(sentence, toldLine, nearText);
+}
+
+void Parser::appendMessage(const SourceMessage &message)
+{
+    if (m_messages.size() < ParserLimits::messages)
+        m_messages.append(message);
+    else
+        m_messages.append({0, 0, QString(), messageText(ParserMessage::TooManyMessages)});
+}
+
+// A node at the current token.
+Parser::Node Parser::newNode(int type) const
+{
+    Node node = newUnlinedNode(type);
+    node->line = current().line;
+    return node;
+}
+
+// The same with the `line` 0, as it is printed.
+Parser::Node Parser::newUnlinedNode(int type) const
+{
+    Node node(new ASTNode(type));
+    node->standAt(place());
+    return node;
 }
 
 // A missing child leaves no gap.

@@ -4,6 +4,7 @@
 #include "frontend/class_index.h"
 #include "frontend/lexer.h"
 #include "frontend/parser_limits.h"
+#include "frontend/source_message.h"
 
 #include <QList>
 #include <QMap>
@@ -63,6 +64,16 @@ public:
         ASTNode &operator=(const ASTNode &) = delete;
 
         bool flag(const QString &key) const { return metadata.value(key) == QLatin1String("true"); }
+        void standAt(const Lexer::Token &token)
+        {
+            sourceLine = token.line;
+            sourceColumn = token.column;
+        }
+        void standAt(const ASTNode &other)
+        {
+            sourceLine = other.sourceLine;
+            sourceColumn = other.sourceColumn;
+        }
 
         int type;
         QString value;
@@ -70,9 +81,13 @@ public:
         QMap<QString, QString> metadata;
         int line;
         int column = 0;
-        // Beside the tree that others compare: the line of a node whose `line` stays 0, and the
-        // label of a `Case` as the whole expression that its `value` is taken from. Owned.
+        // Beside the tree that others compare: where the node's own token stands, 1-based, 0 for
+        // a node that the parser did not make. It is the name of a declaration, a parameter or a
+        // member, the sign of an operation, the keyword of a statement; a call and an index stand
+        // where their first child does.
         int sourceLine = 0;
+        int sourceColumn = 0;
+        // The label of a `Case` as the whole expression that its `value` is taken from. Owned.
         ASTNode *label = nullptr;
     };
 
@@ -102,7 +117,9 @@ public:
     void preScanTokens(const QList<Lexer::Token> &tokens);
 
     // The messages of the last run, in order of detection.
-    QStringList errors() const { return m_errors; }
+    const QList<SourceMessage> &messages() const { return m_messages; }
+    // Their texts.
+    QStringList errors() const;
     QMap<QString, ClassInfo> classRegistry() const { return m_classRegistry; }
     QMap<QString, QString> varTypes() const { return m_varTypes; }
     // Off: the short English form of messages, "Line 3: ... (near '...')".
@@ -156,6 +173,7 @@ private:
 
     // Tokens and messages: parser.cpp.
     const Lexer::Token &current() const;
+    const Lexer::Token &place() const;
     const Lexer::Token &peek() const;
     int kind() const { return current().type; }
     bool at(int tokenKind) const { return kind() == tokenKind; }
@@ -163,12 +181,17 @@ private:
     bool match(int tokenKind);
     bool expect(int tokenKind, ParserMessage message);
     void skipNewlines();
-    void report(ParserMessage message, std::initializer_list<QString> arguments = {},
-                int line = -1);
-    void appendPlain(ParserMessage message, std::initializer_list<QString> arguments = {});
-    void appendMessage(const QString &text);
-    bool isMuted() const { return m_muted || m_errors.size() > ParserLimits::messages; }
-    Node newNode(int type) const { return Node(new ASTNode(type, current().line)); }
+    void report(ParserMessage message, std::initializer_list<QString> arguments = {});
+    void reportNode(const ASTNode &node, int toldLine, ParserMessage message,
+                    std::initializer_list<QString> arguments = {});
+    void reportPlain(const Lexer::Token &place, ParserMessage message,
+                     std::initializer_list<QString> arguments = {});
+    QString framed(ParserMessage message, std::initializer_list<QString> arguments,
+                   int toldLine) const;
+    void appendMessage(const SourceMessage &message);
+    bool isMuted() const { return m_muted || m_messages.size() > ParserLimits::messages; }
+    Node newNode(int type) const;
+    Node newUnlinedNode(int type) const;
     static void append(ASTNode *parent, Node child);
     static void append(ASTNode *parent, NodeList children);
 
@@ -278,7 +301,7 @@ private:
     QList<Lexer::Token> m_tokens;
     int m_position = 0;
     Lexer::Token m_endToken;
-    QStringList m_errors;
+    QList<SourceMessage> m_messages;
     bool m_friendlyErrors = true;
     // Expressions inside each other, the outermost included.
     int m_depth = 0;

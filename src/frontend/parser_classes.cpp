@@ -13,12 +13,13 @@ Parser::Node Parser::parseClass()
         report(ParserMessage::MissingClassName);
         return nullptr;
     }
-    const QString name = current().text;
+    const Lexer::Token name = current();
     advance();
     if (!expect(Lexer::LeftBrace, ParserMessage::MissingOpenBrace))
         return nullptr;
     Node node = newNode(ClassDecl);
-    node->value = name;
+    node->value = name.text;
+    node->standAt(name);
     if (!parseClassMembers(node.get()))
         return nullptr;
     expect(Lexer::RightBrace, ParserMessage::MissingCloseBrace);
@@ -61,7 +62,7 @@ Parser::Node Parser::parseProperty()
         report(ParserMessage::MissingPropertyName);
         return nullptr;
     }
-    Node property(new ASTNode(VarDecl));
+    Node property = newUnlinedNode(VarDecl);
     property->value = current().text;
     property->metadata.insert(Meta::varType, type);
     property->metadata.insert(Meta::classProperty, Meta::flagOn);

@@ -97,6 +97,7 @@ Parser::Node Parser::parseArrayDeclaration()
         return nullptr;
     }
     array->value = current().text;
+    array->standAt(current());
     advance();
     const int dimensions = parseArrayBounds(array.get());
     array->metadata.insert(Meta::varType, dimensions >= 3   ? QStringLiteral("VL_Array3D")
@@ -159,6 +160,7 @@ Parser::Node Parser::parseClassInstance()
         return instance;
     }
     instance->value = current().text;
+    instance->standAt(current());
     m_varTypes.insert(instance->value, className);
     advance();
     skipNewlines();

@@ -66,12 +66,22 @@ bool startsStatement(int tokenKind)
            (tokenKind >= Lexer::While && tokenKind <= Lexer::Private);
 }
 
-// A new node around `inner`, which becomes child 0.
+// A new node around `inner`, which becomes child 0. It stands where `inner` does.
 Parser::ASTNode *encloseNode(int type, const QString &value, Parser::ASTNode *inner)
 {
     auto *outer = new Parser::ASTNode(type);
     outer->value = value;
+    outer->standAt(*inner);
     outer->children.append(inner);
+    return outer;
+}
+
+// The same for an operation, which stands where its sign does.
+Parser::ASTNode *encloseOperand(int type, const QString &value, const Lexer::Token &sign,
+                                Parser::ASTNode *inner)
+{
+    Parser::ASTNode *outer = encloseNode(type, value, inner);
+    outer->standAt(sign);
     return outer;
 }
 
@@ -174,20 +184,21 @@ Parser::Expression Parser::parseAssignment()
     struct Link
     {
         Expression target;
-        QString sign;
+        Lexer::Token sign;
     };
     Expression value = parseTernary();
     if (!isAssignment(kind()))
         return value;
     std::vector<Link> links;
     while (value.node && isAssignment(kind())) {
-        links.push_back({std::move(value), current().text});
+        links.push_back({std::move(value), current()});
         advance();
         value = parseTernary();
     }
     for (auto link = links.rbegin(); link != links.rend(); ++link) {
         const int targetHeight = link->target.height;
-        ASTNode *node = encloseNode(Assign, link->sign, link->target.node.release());
+        ASTNode *node =
+            encloseOperand(Assign, link->sign.text, link->sign, link->target.node.release());
         Expression outer{Node(node), targetHeight + 1};
         adopt(&outer, std::move(value));
         value = unwrapIfTooHigh(std::move(outer), targetHeight);
@@ -209,25 +220,28 @@ Parser::Expression Parser::parseTernary()
     {
         Expression condition;
         Expression chosen;
+        Lexer::Token sign;
     };
     Expression last = parseBinary(orLevel);
     if (!isSign(Lexer::Question, QLatin1Char('?')))
         return last;
     std::vector<Link> links;
     while (last.node && isSign(Lexer::Question, QLatin1Char('?'))) {
+        const Lexer::Token sign = current();
         advance();
         Expression chosen = parseGuarded();
         if (!isSign(Lexer::Colon, QLatin1Char(':'))) {
-            appendPlain(ParserMessage::TernaryWithoutColon);
+            reportPlain(place(), ParserMessage::TernaryWithoutColon);
             break;
         }
         advance();
-        links.push_back({std::move(last), std::move(chosen)});
+        links.push_back({std::move(last), std::move(chosen), sign});
         last = parseBinary(orLevel);
     }
     for (auto link = links.rbegin(); link != links.rend(); ++link) {
         const int conditionHeight = link->condition.height;
-        ASTNode *node = encloseNode(Ternary, QStringLiteral("?:"), link->condition.node.release());
+        ASTNode *node = encloseOperand(Ternary, QStringLiteral("?:"), link->sign,
+                                       link->condition.node.release());
         Expression outer{Node(node), conditionHeight + 1};
         adopt(&outer, std::move(link->chosen));
         adopt(&outer, std::move(last));
@@ -243,8 +257,8 @@ Parser::Expression Parser::parseBinary(int loosest)
     // Behind a missing right side stands a tighter operator, which none of the levels takes.
     int tightest = INT_MAX;
     while (left.node) {
-        const int operatorKind = kind();
-        const int level = binaryLevel(operatorKind);
+        const Lexer::Token sign = current();
+        const int level = binaryLevel(sign.type);
         if (level < loosest || level > tightest)
             break;
         tightest = level;
@@ -252,7 +266,7 @@ Parser::Expression Parser::parseBinary(int loosest)
         Expression right = parseBinary(level + 1);
         if (!fits(qMax(left.height, right.height) + 1))
             continue;
-        ASTNode *outer = encloseNode(Binary, operatorText(operatorKind), left.node.release());
+        ASTNode *outer = encloseOperand(Binary, operatorText(sign.type), sign, left.node.release());
         left = {Node(outer), left.height + 1};
         adopt(&left, std::move(right));
     }
@@ -262,16 +276,16 @@ Parser::Expression Parser::parseBinary(int loosest)
 // unary: { "!" | "-" } ( "&" name | postfix )
 Parser::Expression Parser::parseUnary()
 {
-    std::vector<QString> signs;
+    std::vector<Lexer::Token> signs;
     for (; at(Lexer::Not) || at(Lexer::Minus); advance())
-        signs.push_back(current().text);
+        signs.push_back(current());
     Expression operand = at(Lexer::Ampersand) ? parseCallbackReference() : parsePostfix();
     if (!operand.node)
         return {};
     for (auto sign = signs.rbegin(); sign != signs.rend(); ++sign) {
         if (!fits(operand.height + 1))
             break;
-        operand.node.reset(encloseNode(Unary, *sign, operand.node.release()));
+        operand.node.reset(encloseOperand(Unary, sign->text, *sign, operand.node.release()));
         ++operand.height;
     }
     return operand;
@@ -280,7 +294,7 @@ Parser::Expression Parser::parseUnary()
 // callback: "&" postfix, which must be a plain name
 Parser::Expression Parser::parseCallbackReference()
 {
-    const int line = current().line;
+    const Lexer::Token mark = current();
     advance();
     Expression operand = parsePostfix();
     if (!operand.node)
@@ -288,7 +302,7 @@ Parser::Expression Parser::parseCallbackReference()
     if (operand.node->type == Identifier)
         operand.node->metadata.insert(Meta::callbackRef, Meta::flagOn);
     else
-        appendPlain(ParserMessage::CallbackMark, {QString::number(line)});
+        reportPlain(mark, ParserMessage::CallbackMark, {QString::number(mark.line)});
     return operand;
 }
 
@@ -331,10 +345,11 @@ Parser::Expression Parser::parseCall(Expression callee)
     Expression call{Node(node), calleeHeight + 1};
     advance();
     while (!at(Lexer::RightParen) && !at(Lexer::EndOfFile)) {
-        if (match(Lexer::Comma)) {
-            Node placeholder(new ASTNode(Literal));
+        if (at(Lexer::Comma)) {
+            Node placeholder = newUnlinedNode(Literal);
             placeholder->metadata = leftOut;
             append(node, std::move(placeholder));
+            advance();
             continue;
         }
         adopt(&call, parseGuarded());
@@ -350,12 +365,13 @@ Parser::Expression Parser::parseMember(Expression object)
 {
     const int objectHeight = object.height;
     const int line = object.node->line;
-    ASTNode *node = encloseNode(Member, QString(), object.node.release());
+    ASTNode *node = encloseOperand(Member, QString(), current(), object.node.release());
     node->line = line;
     Expression member{Node(node), objectHeight + 1};
     advance();
     if (isMemberName(kind())) {
         node->value = current().text;
+        node->standAt(current());
         advance();
     }
     resolveMember(node);
@@ -399,7 +415,7 @@ Parser::Expression Parser::parseIndex(Expression base)
 Parser::Expression Parser::parseStep(Expression operand)
 {
     const int operandHeight = operand.height;
-    ASTNode *node = encloseNode(Unary, current().text, operand.node.release());
+    ASTNode *node = encloseOperand(Unary, current().text, current(), operand.node.release());
     node->metadata.insert(Meta::postfix, Meta::flagOn);
     advance();
     return unwrapIfTooHigh({Node(node), operandHeight + 1}, operandHeight);

@@ -31,6 +31,7 @@ Parser::Node Parser::parseFunction()
     advance();
     if (!at(Lexer::Identifier))
         return nullptr;
+    function->standAt(current());
     function->value = parseFunctionName();
     expect(Lexer::LeftParen, ParserMessage::ExpectedOpenParen);
     while (!at(Lexer::RightParen) && !at(Lexer::EndOfFile)) {
@@ -64,7 +65,7 @@ Parser::ParameterResult Parser::parseFunctionParameter(ASTNode *function)
         report(ParserMessage::VariadicParameter, {QString::number(current().line)});
         return ParameterResult::LeaveList;
     }
-    Node parameter(new ASTNode(Identifier));
+    Node parameter = newUnlinedNode(Identifier);
     bool isTyped = false;
     if (!parseFunctionParameterType(parameter.get(), &isTyped))
         return ParameterResult::LeaveList;
@@ -72,14 +73,15 @@ Parser::ParameterResult Parser::parseFunctionParameter(ASTNode *function)
         return ParameterResult::LeaveList;
     if (isOptional) {
         if (!match(Lexer::RightBracket))
-            appendPlain(ParserMessage::OptionalNotClosed);
+            reportPlain(place(), ParserMessage::OptionalNotClosed);
         parameter->metadata.insert(Meta::isOptional, Meta::flagOn);
     }
     append(function, std::move(parameter));
     if (match(Lexer::Comma))
         return ParameterResult::GoOn;
     if (!at(Lexer::RightParen) && !at(Lexer::EndOfFile))
-        appendPlain(ParserMessage::MissingParameterComma, {QString::number(current().line)});
+        reportPlain(place(), ParserMessage::MissingParameterComma,
+                    {QString::number(current().line)});
     return ParameterResult::LeaveList;
 }
 
@@ -110,11 +112,12 @@ bool Parser::parseParameterName(ASTNode *parameter, bool isTyped)
     if (isTyped && match(Lexer::Ampersand))
         parameter->metadata.insert(Meta::isReference, Meta::flagOn);
     if (!at(Lexer::Identifier)) {
-        appendPlain(ParserMessage::MissingParameterName);
+        reportPlain(place(), ParserMessage::MissingParameterName);
         return false;
     }
     parameter->value = current().text;
     parameter->line = current().line;
+    parameter->standAt(current());
     advance();
     parseParameterDefault(parameter);
     return true;
@@ -151,7 +154,7 @@ QString Parser::parseFunctionReturnType()
 // parameter: type [ "&" ] name [ "=" unary ]
 Parser::ParameterResult Parser::parseMethodParameter(ASTNode *method)
 {
-    Node parameter(new ASTNode(Identifier));
+    Node parameter = newUnlinedNode(Identifier);
     if (!parseMethodParameterType(parameter.get()))
         return ParameterResult::LeaveList;
     if (!parseParameterName(parameter.get(), true))

@@ -63,7 +63,7 @@ Parser::Expression Parser::parsePrimary()
     const bool isName = at(Lexer::Identifier);
     if (!isName && !isNameInExpression(kind()))
         return {};
-    Node name(new ASTNode(Identifier, isName ? current().line : 0));
+    Node name = isName ? newNode(Identifier) : newUnlinedNode(Identifier);
     name->value = current().text;
     advance();
     return {std::move(name), 1};
@@ -71,7 +71,7 @@ Parser::Expression Parser::parsePrimary()
 
 Parser::Expression Parser::parseLiteral(const QString &text, const QMap<QString, QString> &metadata)
 {
-    Node literal(new ASTNode(Literal));
+    Node literal = newUnlinedNode(Literal);
     literal->value = text;
     literal->metadata = metadata;
     advance();
@@ -90,7 +90,7 @@ Parser::Expression Parser::parseParentheses()
 // flat array: "[" { expression "," } "]"
 Parser::Expression Parser::parseFlatArray()
 {
-    Expression literal{Node(new ASTNode(ArrayLiteral)), 1};
+    Expression literal{newUnlinedNode(ArrayLiteral), 1};
     advance();
     while (!at(Lexer::RightBracket) && !at(Lexer::EndOfFile)) {
         adopt(&literal, parseGuarded());
@@ -104,7 +104,7 @@ Parser::Expression Parser::parseFlatArray()
 // nested array: "[" { ( nested array | expression ) "," } "]"
 Parser::Expression Parser::parseNestedArray(int dimensions)
 {
-    Expression literal{Node(new ASTNode(ArrayLiteral)), 1};
+    Expression literal{newUnlinedNode(ArrayLiteral), 1};
     literal.node->metadata.insert(Meta::dimensions, QString::number(dimensions));
     advance();
     while (!at(Lexer::RightBracket) && !at(Lexer::EndOfFile)) {
@@ -129,7 +129,7 @@ Parser::Expression Parser::parseNestedElement(int dimensions)
 // brace literal: "{" { expression [ ":" expression ] "," } "}"
 Parser::Expression Parser::parseBraceLiteral()
 {
-    Expression literal{Node(new ASTNode(ArrayLiteral)), 1};
+    Expression literal{newUnlinedNode(ArrayLiteral), 1};
     literal.node->metadata.insert(Meta::braceLiteral, Meta::flagOn);
     advance();
     while (!at(Lexer::RightBrace) && !at(Lexer::EndOfFile)) {

@@ -8,18 +8,18 @@
 
 namespace {
 
-// Whether the tree holds an assignment. Trees can be high, so this does not recurse.
-bool holdsAssignment(const Parser::ASTNode &root)
+// The first assignment in the tree, null without one. Trees can be high, so this does not recurse.
+const Parser::ASTNode *findAssignment(const Parser::ASTNode &root)
 {
     std::vector<const Parser::ASTNode *> pending{&root};
     while (!pending.empty()) {
         const Parser::ASTNode *node = pending.back();
         pending.pop_back();
         if (node->type == Parser::Assign)
-            return true;
-        pending.insert(pending.end(), node->children.cbegin(), node->children.cend());
+            return node;
+        pending.insert(pending.end(), node->children.crbegin(), node->children.crend());
     }
-    return false;
+    return nullptr;
 }
 
 // Whether a loop header's first expression makes it a loop on a condition. "!甲" does not.
@@ -182,7 +182,7 @@ Parser::Node Parser::parseExpressionStatement()
 
 void Parser::rejectLoneIdentifier(const ASTNode &identifier)
 {
-    report(ParserMessage::LoneIdentifier, {identifier.value}, identifier.line);
+    reportNode(identifier, identifier.line, ParserMessage::LoneIdentifier, {identifier.value});
     if (!match(Lexer::Semicolon))
         match(Lexer::Newline);
 }
@@ -193,7 +193,7 @@ Parser::Node Parser::parseIf()
     Node node = newNode(If);
     parseBranch(node.get());
     for (int links = 0; at(Lexer::ElseIf); ++links) {
-        Node elseIf(new ASTNode(If));
+        Node elseIf = newUnlinedNode(If);
         if (links == ParserLimits::elseIfChain)
             report(ParserMessage::NestingTooDeep);
         parseBranch(elseIf.get());
@@ -211,7 +211,6 @@ Parser::Node Parser::parseIf()
 // branch: "(" condition ")" body, behind its keyword
 void Parser::parseBranch(ASTNode *node)
 {
-    node->sourceLine = current().line;
     advance();
     parseCondition(node);
     append(node, parseBody());
@@ -221,8 +220,9 @@ void Parser::parseCondition(ASTNode *node)
 {
     expect(Lexer::LeftParen, ParserMessage::ExpectedOpenParen);
     Node condition = parseExpression();
-    if (condition && holdsAssignment(*condition))
-        report(ParserMessage::AssignmentInCondition, {}, condition->line);
+    const ASTNode *assignment = condition ? findAssignment(*condition) : nullptr;
+    if (assignment)
+        reportNode(*assignment, condition->line, ParserMessage::AssignmentInCondition);
     append(node, std::move(condition));
     expect(Lexer::RightParen, ParserMessage::ExpectedCloseParen);
 }
@@ -297,8 +297,7 @@ void Parser::parseLabelValue(ASTNode *label)
 // while: "当" "(" condition ")" block
 Parser::Node Parser::parseWhile()
 {
-    Node node(new ASTNode(While));
-    node->sourceLine = current().line;
+    Node node = newUnlinedNode(While);
     advance();
     parseCondition(node.get());
     append(node.get(), parseBlock());
@@ -420,8 +419,7 @@ Parser::Node Parser::parseReturn()
 // jump: ("跳出" | "继续") [ "(" ")" ]
 Parser::Node Parser::parseJump(int nodeType)
 {
-    Node node(new ASTNode(nodeType));
-    node->sourceLine = current().line;
+    Node node = newUnlinedNode(nodeType);
     advance();
     if (match(Lexer::LeftParen))
         expect(Lexer::RightParen, ParserMessage::ExpectedCloseParen);

@@ -28,6 +28,8 @@ private slots:
     void endsOnce_data();
     void endsOnce();
     void placesErrorsInFiles();
+    void quotesTheWrittenText_data();
+    void quotesTheWrittenText();
     void refusesASecondBuild();
     void cancelsAtTheToolchain();
     void survivesShutdownDuringABuild();
@@ -179,6 +181,34 @@ void CompilerTest::placesErrorsInFiles()
     QCOMPARE(errors.first().at(0).toString(), QStringLiteral("source/乙.vc"));
     QCOMPARE(errors.first().at(1).toInt(), 3);
     QVERIFY(errors.first().at(2).toString().startsWith(QStringLiteral("第3行：")));
+}
+
+void CompilerTest::quotesTheWrittenText_data()
+{
+    QTest::addColumn<QString>("line");
+    QTest::addColumn<int>("column");
+    QTest::addColumn<QString>("nearText");
+    QTest::addRow("assignment") << QStringLiteral("如果 (甲 ＝ 1) { }") << 7 << "＝";
+    QTest::addRow("text") << QStringLiteral("输出(1 \"a\\nb\")") << 6 << "\"a\\nb\"";
+    QTest::addRow("hexadecimal") << QStringLiteral("输出(1 0x1F)") << 6 << "0x1F";
+    QTest::addRow("name") << QStringLiteral("    单独") << 5 << "单独";
+}
+
+// What the message is about as the user has written it, wherever the merged line came from.
+void CompilerTest::quotesTheWrittenText()
+{
+    QFETCH(QString, line);
+    const QString source = QStringLiteral("函数 主函数() {\n    整数 甲 = 1\n%1\n}\n").arg(line);
+    CompilerBuildRequest request = projectRequest(source.toUtf8());
+    request.goal = BuildGoal::ProgramText;
+    DriverTest::RecordingListener listener;
+    QVERIFY(!BuildPipeline().run(request, listener).success);
+    QVERIFY(!listener.diagnostics.isEmpty());
+    const BuildDiagnostic &error = listener.diagnostics.first();
+    QCOMPARE(error.file, QStringLiteral("source/main.vc"));
+    QCOMPARE(error.line, 3);
+    QTEST(error.column, "column");
+    QTEST(error.nearText, "nearText");
 }
 
 void CompilerTest::refusesASecondBuild()
