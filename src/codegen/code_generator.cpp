@@ -1,6 +1,7 @@
 #include "codegen/code_generator.h"
 
 #include "codegen/generation.h"
+#include "codegen/generator_context.h"
 #include "codegen/names.h"
 
 #include <algorithm>
@@ -86,6 +87,13 @@ void CodeGenerator::setUseBeautification(bool on)
 void CodeGenerator::setClassRegistry(const ClassRegistryMap &registry)
 {
     d->input.classRegistry = registry;
+}
+
+std::unique_ptr<ProgramContext>
+CodeGenerator::programContext(const std::function<bool(int)> &isConstantsLine) const
+{
+    return std::make_unique<GeneratorContext>(d->input.windows, *d->input.commands,
+                                              isConstantsLine);
 }
 
 ProgramText CodeGenerator::generate(const Parser::ASTNode *root)

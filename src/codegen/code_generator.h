@@ -10,9 +10,11 @@
 #include <QSet>
 #include <QString>
 #include <QStringList>
+#include <functional>
 #include <memory>
 
 class CommandLibrary;
+class ProgramContext;
 
 // One instance serves build after build. Generation never stops at a problem: it collects messages
 // and goes on.
@@ -42,6 +44,12 @@ public:
     void setUseBeautification(bool on);
     // What the parser knows of classes and their members.
     void setClassRegistry(const ClassRegistryMap &registry);
+
+    // What the checks must know of the registered windows and of the commands. The generator must
+    // outlive it; later windows are not in it. `isConstantsLine`: whether a merged line belongs to
+    // the file of global constants.
+    std::unique_ptr<ProgramContext>
+    programContext(const std::function<bool(int)> &isConstantsLine) const;
 
     // The whole program. `root` stays with the caller.
     ProgramText generate(const Parser::ASTNode *root);

@@ -33,7 +33,7 @@ QString wide(const QString &text)
 
 void Generation::collectMenus()
 {
-    for (const DesignedWindow &window : qAsConst(m_windows)) {
+    for (const DesignedWindow &window : m_windows.all()) {
         addMenu(window, window.component(), window.cppName(), window.handle());
         for (const DesignedControl &control : window.controls()) {
             if (control.hasWindow())

@@ -22,45 +22,34 @@ void Generation::collectEvents(const Node *root)
         if (node->type != Parser::FunctionDecl || !node->value.contains(QLatin1Char('.')))
             continue;
         const QStringList parts = node->value.split(QLatin1Char('.'));
-        const QString word = parts.last().trimmed();
-        const QString owner = parts.at(parts.size() - 2).trimmed();
-        if (parts.size() == 2 && m_userClassOrder.contains(owner))
+        if (parts.size() == 2 && m_userClassOrder.contains(parts.first().trimmed()))
             continue;
-        const DesignedWindow *inWindow = parts.size() > 2 ? windowNamed(parts.at(0)) : nullptr;
-        if (parts.size() > 3 || (parts.size() == 3 && !inWindow))
-            continue; // reported by the checks ahead of the generator
-        collectEvent(node, inWindow, owner, word);
+        // What belongs to nothing has been reported by the checks ahead of the generator.
+        const NamedEvent named = m_windows.event(node->value);
+        if (named.control)
+            addControlHandler(node, *named.control, named.word);
+        else if (named.window)
+            addWindowHandler(node, *named.window, named.word);
     }
     collectDesignedHandlers();
 }
 
-void Generation::collectEvent(const Node *node, const DesignedWindow *inWindow,
-                              const QString &owner, const QString &word)
+void Generation::addWindowHandler(const Node *node, const DesignedWindow &window,
+                                  const QString &word)
 {
-    for (const DesignedWindow &window : m_windows) {
-        if (inWindow && inWindow != &window)
-            continue;
-        if (const DesignedControl *control = window.control(owner)) {
-            addControlHandler(node, *control, word);
-            return;
-        }
-    }
-    const DesignedWindow *window = inWindow ? nullptr : windowNamed(owner);
-    if (!window)
-        return;
     if (word.startsWith(kMenuPrefix)) {
-        addHandler(window->cppName() + QLatin1String("_Ctx_") + word.mid(kMenuPrefix.size()), node,
+        addHandler(window.cppName() + QLatin1String("_Ctx_") + word.mid(kMenuPrefix.size()), node,
                    nullptr);
         return;
     }
     const ComponentEvent *event = ComponentTables::instance().windowEvent(word);
     if (!event) {
         report(GeneratorMessage::unknownEvent, node->line,
-               {window->name(), QStringLiteral("窗口"), word,
+               {window.name(), QStringLiteral("窗口"), word,
                 ComponentTables::instance().windowEventWords().join(QStringLiteral("、"))});
         return;
     }
-    addHandler(window->cppName() + QLatin1Char('_') + event->handler, node, event);
+    addHandler(window.cppName() + QLatin1Char('_') + event->handler, node, event);
 }
 
 void Generation::addControlHandler(const Node *node, const DesignedControl &control,
@@ -118,7 +107,7 @@ void Generation::addHandler(const QString &key, const Node *node, const Componen
 // A form may name a function of the program for an event.
 void Generation::collectDesignedHandlers()
 {
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         for (const DesignedControl &control : window.controls()) {
             const auto &handlers = control.component.eventHandlers;
             for (auto it = handlers.begin(); it != handlers.end(); ++it) {
@@ -185,13 +174,13 @@ QString Generation::eventDeclarations() const
 {
     CodeWriter writer;
     writer.line(QStringLiteral("// Event handler declarations"));
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         if (!window.isStart())
             writer.line(QStringLiteral("// window %1 events").arg(window.name()));
         for (const ComponentEvent *event : eventsOf(window))
             writer.line(handlerHead(window.cppName(), *event) + QLatin1Char(';'));
     }
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         for (const DesignedControl &control : window.controls()) {
             for (const ComponentEvent *event : eventsOf(control))
                 writer.line(handlerHead(control.stem, *event) + QLatin1Char(';'));
@@ -208,13 +197,13 @@ QString Generation::eventDeclarations() const
 QString Generation::eventHandlers()
 {
     CodeWriter writer;
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         for (const ComponentEvent *event : eventsOf(window)) {
             writeHandler(writer, window.cppName(), *event, handlerOf(window, *event),
                          window.isStart());
         }
     }
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         for (const DesignedControl &control : window.controls()) {
             for (const ComponentEvent *event : eventsOf(control))
                 writeHandler(writer, control.stem, *event, handlerOf(control, *event), false);
@@ -222,7 +211,7 @@ QString Generation::eventHandlers()
     }
     writeMenuHandlers(writer);
     writer.open(QStringLiteral("void VL_CallWindowCreateEvent(const std::wstring& name) {"));
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         writer.line(QLatin1String("if (name == ") + CodeWriter::wideString(window.name()) +
                     QLatin1String(") On_") + window.cppName() + QLatin1String("_Create();"));
     }
@@ -337,7 +326,7 @@ void Generation::writeHandlerCall(CodeWriter &writer, const ComponentEvent &even
 QString Generation::eventHandlerCall(const Node *node, const ComponentRef &component)
 {
     const QString word = node->children.first()->value.trimmed();
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         const bool own = window.handle() == component.handle;
         const ComponentEvent *event = own ? ComponentTables::instance().windowEvent(word) : nullptr;
         if (event && handlerOf(window, *event))

@@ -140,7 +140,7 @@ QString Generation::identifier(const Node *node)
     const QString normal = Names::normalized(name);
     if (normal != name && m_scopes.find(normal))
         return cppName(name);
-    if (const auto component = componentNamed(name))
+    if (const auto component = m_windows.component(name))
         return usedHandle(*component);
     if (m_functions.contains(name))
         return cppName(name);

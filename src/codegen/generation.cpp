@@ -39,28 +39,9 @@ QString mappedParameterType(const GeneratorTables &tables, const QString &value)
 } // namespace
 
 Generation::Generation(const GenerationInput &input)
-    : m_input(input), m_tables(GeneratorTables::instance())
+    : m_input(input), m_tables(GeneratorTables::instance()), m_windows(input.windows)
 {
     m_scopes.push(true);
-    collectWindows();
-}
-
-// The start window comes first; what is looked up by name is found there before elsewhere.
-void Generation::collectWindows()
-{
-    if (m_input.windows.isEmpty())
-        return;
-    int start = 0;
-    for (int i = m_input.windows.size() - 1; i >= 0; --i) {
-        if (m_input.windows.at(i).isStartup)
-            start = i;
-    }
-    const int kFirstControl = 1001;
-    m_windows << DesignedWindow(m_input.windows.at(start), true, kFirstControl);
-    for (int i = 0; i < m_input.windows.size(); ++i) {
-        if (i != start)
-            m_windows << DesignedWindow(m_input.windows.at(i), false, m_windows.last().nextId());
-    }
 }
 
 void Generation::report(const GeneratorMessage::Text &text, int line, const QStringList &arguments)

@@ -4,11 +4,10 @@
 #include "catalog/command_library.h"
 #include "catalog/command_syntax.h"
 #include "codegen/code_writer.h"
-#include "codegen/component_tables.h"
-#include "codegen/designed_window.h"
 #include "codegen/generator_messages.h"
 #include "codegen/generator_tables.h"
 #include "codegen/program_text.h"
+#include "codegen/program_windows.h"
 #include "codegen/symbols.h"
 #include "designer/model/design_component.h"
 #include "frontend/parser.h"
@@ -70,7 +69,6 @@ private:
 
     // --- the order of the whole text (program_skeleton.cpp) ---
     static void appendRuntime(ProgramText &text, int from, int to);
-    void collectWindows();
     QString controlIds() const;
     QString handleDeclarations() const;
     QString forwardDeclarations();
@@ -217,15 +215,7 @@ private:
     void checkChangedArray(const Node *node, const QString &name);
 
     // --- components and windows as objects (member_access.cpp) ---
-    struct ComponentRef
-    {
-        QString handle;
-        int type; // NoComponentType for a control that only code mentions
-        QString name;
-    };
     std::optional<ComponentRef> componentOf(const Node *node) const;
-    std::optional<ComponentRef> componentNamed(const QString &written) const;
-    const DesignedWindow *windowNamed(const QString &name) const;
     QString usedHandle(const ComponentRef &component);
     QString typeWordOf(const ComponentRef &component) const;
     QString componentRead(const Node *node, const ComponentRef &component);
@@ -241,9 +231,6 @@ private:
     QStringList methodArguments(const Node *node, const ComponentRef &component,
                                 const ComponentMethod &method);
     QString unknownMember(const Node *node, const ComponentRef &component);
-    // `arguments`: -1 when the member is read.
-    ValueType componentMemberType(const QString &name, const ComponentRef &component,
-                                  int arguments) const;
 
     // --- events (event_handlers.cpp) ---
     struct EventHandler
@@ -253,8 +240,7 @@ private:
         QString function; // else a function that the form names
     };
     void collectEvents(const Node *root);
-    void collectEvent(const Node *node, const DesignedWindow *inWindow, const QString &owner,
-                      const QString &word);
+    void addWindowHandler(const Node *node, const DesignedWindow &window, const QString &word);
     void collectDesignedHandlers();
     void addControlHandler(const Node *node, const DesignedControl &control, const QString &word);
     void addHandler(const QString &key, const Node *node, const ComponentEvent *event);
@@ -338,8 +324,7 @@ private:
     // Whether any window has a component of that type.
     bool uses(int type) const;
     // The window the program starts with; there is one whenever there is any window.
-    const DesignedWindow &startWindow() const { return m_windows.first(); }
-    QStringList windowNames() const;
+    const DesignedWindow &startWindow() const { return m_windows.all().first(); }
 
     const GenerationInput &m_input;
     const GeneratorTables &m_tables;
@@ -348,8 +333,7 @@ private:
     QStringList m_userClassOrder;
     QHash<QString, QSet<QString>> m_mentions; // for each class, all names in it
     QHash<QString, QString> m_cppNames;
-    QList<DesignedWindow> m_windows; // the start window first
-    mutable QHash<QString, ComponentRef> m_componentRefs;
+    const ProgramWindows m_windows;
     QHash<QString, EventHandler> m_handlers; // by the end of the handler's name
     QList<DesignMenu> m_menus;
     QSet<QString> m_menuHandlers;

@@ -42,59 +42,18 @@ bool isNumber(ValueType type)
 } // namespace
 
 // What an expression names, when it names a component or a window.
-std::optional<Generation::ComponentRef> Generation::componentOf(const Node *node) const
+std::optional<ComponentRef> Generation::componentOf(const Node *node) const
 {
     if (!node)
         return std::nullopt;
     if (node->type == Parser::Identifier)
-        return m_scopes.find(node->value) ? std::nullopt : componentNamed(node->value);
+        return m_scopes.find(node->value) ? std::nullopt : m_windows.component(node->value);
     if (node->type != Parser::Member || node->children.isEmpty())
         return std::nullopt;
     const Node *owner = node->children.first();
     if (owner->type != Parser::Identifier || m_scopes.find(owner->value))
         return std::nullopt;
-    const DesignedWindow *window = windowNamed(owner->value.trimmed());
-    const DesignedControl *control = window ? window->control(node->value.trimmed()) : nullptr;
-    if (!control)
-        return std::nullopt;
-    return ComponentRef{control->handle, control->component.type, control->name};
-}
-
-const DesignedWindow *Generation::windowNamed(const QString &name) const
-{
-    const QString normal = Names::normalized(name);
-    for (const DesignedWindow &window : m_windows) {
-        if (window.name() == name || Names::normalized(window.name()) == normal ||
-            Names::sanitize(window.name()) == name)
-            return &window;
-    }
-    static const QStringList mainNames{
-        QStringLiteral("主窗口"), QStringLiteral("主窗"), QStringLiteral("MainWindow"),
-        Names::sanitize(QStringLiteral("主窗口")), Names::sanitize(QStringLiteral("主窗"))};
-    return mainNames.contains(normal) && !m_windows.isEmpty() ? &m_windows.first() : nullptr;
-}
-
-std::optional<Generation::ComponentRef> Generation::componentNamed(const QString &written) const
-{
-    const QString name = written.trimmed();
-    const auto known = m_componentRefs.constFind(name);
-    if (known != m_componentRefs.cend())
-        return *known;
-    for (const DesignedWindow &window : m_windows) {
-        const DesignedControl *control = window.control(name);
-        if (control) {
-            const ComponentRef ref{control->handle, control->component.type, control->name};
-            return *m_componentRefs.insert(name, ref);
-        }
-    }
-    if (const DesignedWindow *window = windowNamed(name)) {
-        const ComponentRef ref{window->handle(), VL::Window, window->name()};
-        return *m_componentRefs.insert(name, ref);
-    }
-    // A name such as "按钮7" that no design knows stands for a control that only code mentions.
-    if (Names::componentNumber(Names::normalized(name)).isEmpty())
-        return std::nullopt;
-    return ComponentRef{Names::handle(Names::sanitizeComponent(name)), VL::NoComponentType, name};
+    return m_windows.componentIn(owner->value, node->value);
 }
 
 // Notes that the program uses a handle that no design declares.
@@ -349,19 +308,4 @@ QString Generation::balloonCall(const Node *node, const ComponentRef &component)
         arguments.prepend(QStringLiteral("std::wstring()"));
     return QLatin1String("VL_Edit_ShowBalloonTip(") + usedHandle(component) + QLatin1String(", ") +
            arguments.join(QLatin1String(", ")) + QLatin1Char(')');
-}
-
-ValueType Generation::componentMemberType(const QString &name, const ComponentRef &component,
-                                          int arguments) const
-{
-    const ComponentTables &tables = ComponentTables::instance();
-    const QString member = name.trimmed();
-    const ComponentProperty *property = tables.property(component.type, member);
-    const ComponentMethod *method = tables.method(component.type, member, std::max(0, arguments));
-    // Called, a method goes first; read, a property.
-    if (arguments < 0 && property)
-        return valueTypeOf(property->type);
-    if (method)
-        return valueTypeOf(method->type);
-    return property ? valueTypeOf(property->type) : ValueType::Unknown;
 }

@@ -55,7 +55,7 @@ ProgramText Generation::program(const Node *root)
                 windowProcedure(start));
     text.append(QStringLiteral("// VL_IDE_WNDPROC_END\n// VL_IDE_CREATECONTROLS_BEGIN\n") +
                 createControls(start));
-    for (const DesignedWindow &window : qAsConst(m_windows)) {
+    for (const DesignedWindow &window : m_windows.all()) {
         if (!window.isStart())
             text.append(furtherWindow(window));
     }
@@ -91,11 +91,11 @@ QString Generation::handleDeclarations() const
 {
     CodeWriter writer;
     QSet<QString> declared;
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         if (!window.isStart())
             writer.line(QStringLiteral("HWND %1 = NULL;").arg(window.handle()));
     }
-    for (const DesignedWindow &window : m_windows) {
+    for (const DesignedWindow &window : m_windows.all()) {
         for (const DesignedControl &control : window.controls()) {
             if (!control.hasWindow())
                 continue;

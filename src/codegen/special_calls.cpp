@@ -100,20 +100,12 @@ QString Generation::printArgument(const Node *node)
     return QLatin1String("VL_ToOutputStr(") + text + QLatin1Char(')');
 }
 
-QStringList Generation::windowNames() const
-{
-    QStringList names;
-    for (const DesignedWindow &window : m_windows)
-        names << window.name();
-    return names;
-}
-
 // The first argument may be a window's name without quotes.
 QString Generation::windowCall(const Node *node, const QString &cppFunction)
 {
     QStringList arguments = plainArguments(node);
     const Node *window = node->children.value(1);
-    if (window && window->type == Parser::Identifier && windowNames().contains(window->value) &&
+    if (window && window->type == Parser::Identifier && m_windows.names().contains(window->value) &&
         !m_scopes.find(window->value))
         arguments[0] = CodeWriter::wideString(window->value);
     completeArguments(arguments, cppFunction);

@@ -63,7 +63,7 @@ ValueType Generation::inferType(const Node *node)
         const Variable *variable = m_scopes.find(node->value);
         if (variable)
             return variable->type;
-        if (componentNamed(node->value))
+        if (m_windows.component(node->value))
             return ValueType::Handle;
         return valueTypeOf(m_tables.callTypes.value(node->value));
     }
@@ -139,7 +139,8 @@ ValueType Generation::inferCall(const Node *node)
         return kUnknown;
     if (callee->type == Parser::Member) {
         if (const auto component = componentOf(callee->children.value(0)))
-            return componentMemberType(callee->value, *component, node->children.size() - 1);
+            return ProgramWindows::memberType(callee->value, component->type,
+                                              node->children.size() - 1);
         const ClassSymbol *symbol = classOf(callee->children.value(0));
         return symbol ? symbol->methods.value(Names::normalized(callee->value)).returnType
                       : kUnknown;
@@ -162,7 +163,7 @@ ValueType Generation::inferCall(const Node *node)
 ValueType Generation::inferMember(const Node *node)
 {
     if (const auto component = componentOf(node->children.value(0)))
-        return componentMemberType(node->value, *component, -1);
+        return ProgramWindows::memberType(node->value, component->type, -1);
     if (componentOf(node))
         return ValueType::Handle;
     const ClassSymbol *symbol = classOf(node->children.value(0));

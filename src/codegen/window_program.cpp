@@ -244,11 +244,13 @@ void Generation::writeLayoutMember(CodeWriter &writer, const DesignedControl &co
 
 bool Generation::uses(int type) const
 {
-    return std::any_of(m_windows.begin(), m_windows.end(), [type](const DesignedWindow &window) {
-        return std::any_of(
-            window.controls().begin(), window.controls().end(),
-            [type](const DesignedControl &control) { return control.component.type == type; });
-    });
+    return std::any_of(m_windows.all().begin(), m_windows.all().end(),
+                       [type](const DesignedWindow &window) {
+                           return std::any_of(window.controls().begin(), window.controls().end(),
+                                              [type](const DesignedControl &control) {
+                                                  return control.component.type == type;
+                                              });
+                       });
 }
 
 // Creates the window under its handle; its size is that of the design's client area.
@@ -482,7 +484,7 @@ void Generation::writeStartWindow(CodeWriter &writer, const DesignedWindow &wind
     writer.line(QStringLiteral("VL_ApplyDesignContextMenuBinds_Main(g_hWndMain);"));
     writer.line(QStringLiteral("VL_Window_Register(%1, g_hWndMain, NULL, false);")
                     .arg(wide(window.name())));
-    for (const DesignedWindow &further : m_windows) {
+    for (const DesignedWindow &further : m_windows.all()) {
         if (further.isStart())
             continue;
         writer.line(QStringLiteral("VL_Window_RegisterCreator(%1, CreateWindow_%2, &%3);")

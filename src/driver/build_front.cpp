@@ -2,10 +2,13 @@
 #include "driver/build_run.h"
 
 #include "driver/build_messages.h"
+#include "driver/message_location.h"
 #include "driver/output_files.h"
 #include "driver/source_checks.h"
 #include "driver/source_text.h"
 #include "driver/structure_checks.h"
+#include "frontend/program_context.h"
+#include "frontend/semantic_checks.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -14,6 +17,9 @@ using BuildMessage::text;
 using Severity = BuildDiagnostic::Severity;
 
 namespace {
+
+// What its globals are called elsewhere begins with "#".
+const QString constantsFile = QStringLiteral("constants.vc");
 
 // For whoever looks for the reason of a strange build.
 void writeTrace(const CompilerBuildRequest &request)
@@ -137,7 +143,17 @@ QStringList BuildPipeline::Run::windowNames() const
 bool BuildPipeline::Run::checkTree()
 {
     reportMessages(checkStructure(m_tree.get(), windowNames()), Severity::Error);
-    return endIfErrors() && begin(45, BuildMessage::checking);
+    if (!endIfErrors() || !begin(45, BuildMessage::checking))
+        return false;
+    if (!isNativeBackend(m_request.uiBackend))
+        return true; // refused in a moment, with a better reason
+    registerWindows();
+    const auto isConstantsLine = [this](int line) {
+        return QFileInfo(locate(m_lineMap, line).file).fileName() == constantsFile;
+    };
+    const auto context = m_pipeline.generator().programContext(isConstantsLine);
+    reportMessages(checkSemantics(m_tree.get(), m_parser.classRegistry(), *context));
+    return endIfErrors();
 }
 
 void BuildPipeline::Run::registerWindows()
@@ -172,7 +188,6 @@ bool BuildPipeline::Run::generate()
     }
     if (reuseProgram())
         return true;
-    registerWindows();
     CodeGenerator &generator = m_pipeline.generator();
     generator.setClassRegistry(m_parser.classRegistry());
     m_outcome.program = generator.generate(m_tree.get());

@@ -1,0 +1,412 @@
+// The checks of calls: functions and classes of the program, commands, members.
+#include "frontend/semantic_walk.h"
+
+#include "frontend/class_index.h"
+#include "frontend/metadata.h"
+
+#include <algorithm>
+
+namespace {
+
+using Node = Parser::ASTNode;
+
+const QString kConstructor = QStringLiteral("构造");
+const SemanticType kNoType;
+
+bool isPlaceholder(const Node *node)
+{
+    return node->type == Parser::Literal && node->flag(Meta::isEmpty);
+}
+
+int argumentCount(const Node *call)
+{
+    return call->children.size() - 1;
+}
+
+// "参数一" to "参数九", then "参数10".
+QString ordinal(int position)
+{
+    static const QString digits = QStringLiteral("一二三四五六七八九");
+    return QStringLiteral("参数") + (position < digits.size() ? QString(digits.at(position))
+                                                              : QString::number(position + 1));
+}
+
+const CommandParameter *parameterAt(const CommandOverload &overload, int position)
+{
+    if (position < overload.parameters.size())
+        return &overload.parameters.at(position);
+    return overload.variadic && !overload.parameters.isEmpty() ? &overload.parameters.last()
+                                                               : nullptr;
+}
+
+bool takes(const CommandOverload &overload, int count)
+{
+    return count >= overload.requiredCount() &&
+           (overload.variadic || count <= overload.parameters.size());
+}
+
+bool isScalar(ValueType kind)
+{
+    return kind == ValueType::Int || kind == ValueType::Double || kind == ValueType::Text ||
+           kind == ValueType::Bool;
+}
+
+// Whether a parameter of one type word takes a value. Numbers are turned into each other.
+bool accepts(ValueType wanted, ValueType given)
+{
+    switch (wanted) {
+    case ValueType::Int:
+    case ValueType::Double:
+        return given != ValueType::Text && (isScalar(given) || given == ValueType::Handle);
+    case ValueType::Text:
+        return given != ValueType::Int && given != ValueType::Double && given != ValueType::Object;
+    case ValueType::Bool:
+        return given == ValueType::Bool;
+    case ValueType::Array:
+    case ValueType::Array2D:
+    case ValueType::Array3D:
+    case ValueType::Bytes:
+        return !isScalar(given) && given != ValueType::Object;
+    default:
+        return given != ValueType::Object;
+    }
+}
+
+} // namespace
+
+SemanticType SemanticWalk::call(const Node *node)
+{
+    const Node *callee = node->children.value(0);
+    if (!callee)
+        return kNoType;
+    if (callee->type == Parser::Identifier)
+        return namedCall(node, callee);
+    if (callee->type == Parser::Member)
+        return memberCall(node, callee);
+    typeOf(callee);
+    arguments(node);
+    report(CheckMessage::CallOfExpression, node);
+    return kNoType;
+}
+
+SemanticWalk::Types SemanticWalk::arguments(const Node *node,
+                                            const std::function<bool(int)> &isCallback)
+{
+    Types types;
+    for (int i = 1; i < node->children.size(); ++i) {
+        const Node *argument = node->children.at(i);
+        const bool isFunctionName = isCallback && isCallback(i - 1) &&
+                                    argument->type == Parser::Identifier &&
+                                    !m_symbols.functions(argument->value).isEmpty();
+        types << (isPlaceholder(argument) || isFunctionName ? kNoType : value(argument));
+    }
+    return types;
+}
+
+SemanticType SemanticWalk::namedCall(const Node *node, const Node *callee)
+{
+    const QString &name = callee->value;
+    const Local *local = findLocal(name);
+    const QString form = normalizedName(name);
+    if (m_class && m_class->methods.contains(form) && !local)
+        return userCall(node, {m_class->methods.value(form)});
+    const QList<FunctionSymbol> &functions = m_symbols.functions(name);
+    if (!functions.isEmpty() && !local)
+        return userCall(node, functions);
+    if (m_class && m_class->properties.contains(form) && !local) {
+        report(CheckMessage::PropertyCalled, callee, {name});
+        return m_class->properties.value(form);
+    }
+    if (const ClassSymbolTable *symbol = m_symbols.classNamed(name))
+        return constructorCall(node, *symbol);
+    if (functions.isEmpty() && m_context.isCommand(name))
+        return commandCall(node, name);
+    return unknownCall(node, callee);
+}
+
+SemanticType SemanticWalk::unknownCall(const Node *node, const Node *callee)
+{
+    const QString &name = callee->value;
+    arguments(node);
+    if (findLocal(name) || m_symbols.global(name)) {
+        identifier(callee, Access::Read);
+        report(CheckMessage::CallOfVariable, callee, {name});
+        return kNoType;
+    }
+    QString hint = suggestion(name);
+    hint = hint.isEmpty() ? QStringLiteral("自己的函数要先写出来：函数 %1() { … }。").arg(name)
+                          : hint.mid(1, hint.size() - 2); // without the brackets
+    report(CheckMessage::UnknownFunction, callee, {name, hint});
+    return kNoType;
+}
+
+SemanticType SemanticWalk::userCall(const Node *node, const QList<FunctionSymbol> &overloads)
+{
+    const Types types = arguments(node);
+    const int given = argumentCount(node);
+    const QString &name = overloads.first().name;
+    QList<const FunctionSymbol *> fitting;
+    for (const FunctionSymbol &overload : overloads) {
+        if (overload.takes(given))
+            fitting << &overload;
+    }
+    if (fitting.isEmpty()) {
+        const bool tooMany = overloads.size() == 1 && given > overloads.first().parameters.size();
+        report(tooMany ? CheckMessage::TooManyForFunction : CheckMessage::NoFittingOverload, node,
+               {name, QString::number(given)});
+        return overloads.first().result;
+    }
+    const auto exact =
+        std::find_if(fitting.begin(), fitting.end(),
+                     [&](const FunctionSymbol *function) { return acceptsAll(*function, types); });
+    const FunctionSymbol &chosen = exact == fitting.end() ? *fitting.first() : **exact;
+    checkUserArguments(node, chosen, types);
+    return chosen.result;
+}
+
+bool SemanticWalk::acceptsAll(const FunctionSymbol &function, const Types &types) const
+{
+    for (int i = 0; i < types.size() && i < function.parameters.size(); ++i) {
+        if (!fits(TypePair::Initialize, function.parameters.at(i).type, types.at(i)))
+            return false;
+    }
+    return true;
+}
+
+void SemanticWalk::checkUserArguments(const Node *node, const FunctionSymbol &function,
+                                      const Types &types)
+{
+    for (int i = 0; i < types.size() && i < function.parameters.size(); ++i) {
+        const ParameterSymbol &parameter = function.parameters.at(i);
+        const Node *argument = node->children.at(i + 1);
+        if (isPlaceholder(argument)) {
+            if (parameter.required)
+                report(CheckMessage::EmptyArgument, node, {function.name, ordinal(i)});
+            continue;
+        }
+        if (parameter.reference)
+            checkReference(argument, function, i, types.at(i));
+        else if (!fits(TypePair::Initialize, parameter.type, types.at(i)))
+            report(CheckMessage::ArgumentNeedsType, argument,
+                   {function.name, ordinal(i), wordOfType(parameter.type)});
+    }
+}
+
+// A reference changes the variable that is handed over, so it must be one, and of that very type.
+void SemanticWalk::checkReference(const Node *argument, const FunctionSymbol &function,
+                                  int position, const SemanticType &given)
+{
+    const SemanticType &wanted = function.parameters.at(position).type;
+    const bool isVariable =
+        argument->type != Parser::Index && isAssignable(argument) && !componentOf(argument) &&
+        !(argument->type == Parser::Member && componentOf(argument->children.value(0)));
+    if (isVariable && (!given.isKnown() || !wanted.isKnown() || given == wanted))
+        return;
+    report(CheckMessage::ReferenceNeedsVariable, argument,
+           {function.name, ordinal(position), wordOfType(wanted)});
+}
+
+SemanticType SemanticWalk::constructorCall(const Node *node, const ClassSymbolTable &symbol)
+{
+    const SemanticType result{ValueType::Object, symbol.cppName};
+    const Types types = arguments(node);
+    const int given = argumentCount(node);
+    if (!symbol.node)
+        return result;
+    const auto constructor = symbol.methods.constFind(kConstructor);
+    if (constructor == symbol.methods.cend()) {
+        if (given > 0)
+            report(CheckMessage::NoConstructor, node, {symbol.name});
+        return result;
+    }
+    const int least = constructor->requiredCount();
+    const int most = constructor->parameters.size();
+    if (given < least) {
+        // An object without any arguments may be filled later.
+        if (given > 0)
+            report(CheckMessage::ConstructorTooFew, node,
+                   {symbol.name, QString::number(given), QString::number(least)});
+    } else if (given > most) {
+        report(CheckMessage::ConstructorTooMany, node,
+               {symbol.name, QString::number(given), QString::number(most),
+                QStringLiteral("请对照该类“构造”方法声明核对参数。")});
+    } else {
+        FunctionSymbol named = *constructor;
+        named.name = symbol.name;
+        checkUserArguments(node, named, types);
+    }
+    return result;
+}
+
+SemanticType SemanticWalk::memberCall(const Node *node, const Node *callee)
+{
+    const Node *object = callee->children.value(0);
+    if (const auto component = componentOf(object)) {
+        arguments(node, [](int) { return true; });
+        return {m_context.memberType(*component, callee->value, argumentCount(node)), QString()};
+    }
+    const SemanticType type = value(object);
+    const ClassSymbolTable *symbol = m_symbols.classOfType(type);
+    const QString form = normalizedName(callee->value);
+    const QString objectName = nameOf(object);
+    const auto method =
+        symbol ? symbol->methods.constFind(form) : QHash<QString, FunctionSymbol>::const_iterator();
+    if (symbol && method != symbol->methods.cend()) {
+        const Types types = arguments(node, [symbol](int) { return !symbol->node; });
+        if (symbol->node) {
+            methodCount(node, callee, *method);
+            checkUserArguments(node, *method, types);
+        }
+        return method->result;
+    }
+    arguments(node);
+    if (symbol && symbol->properties.contains(form)) {
+        report(CheckMessage::MemberPropertyCalled, callee, {objectName, callee->value});
+        return symbol->properties.value(form);
+    }
+    const bool isSure = symbol || (type.isKnown() && type.kind != ValueType::Object &&
+                                   type.kind != ValueType::Handle);
+    if (isSure)
+        report(CheckMessage::UnknownMethod, callee, {objectName, callee->value});
+    return kNoType;
+}
+
+void SemanticWalk::methodCount(const Node *node, const Node *callee, const FunctionSymbol &method)
+{
+    const int given = argumentCount(node);
+    const QString objectName = nameOf(callee->children.value(0));
+    if (given < method.requiredCount())
+        report(CheckMessage::MethodTooFew, callee,
+               {objectName, callee->value, QString::number(given),
+                QString::number(method.requiredCount())});
+    else if (given > method.parameters.size())
+        report(CheckMessage::MethodTooMany, callee,
+               {objectName, callee->value, QString::number(given),
+                QString::number(method.parameters.size())});
+}
+
+const QList<CommandOverload> &SemanticWalk::overloadsOf(const CommandInfo &info)
+{
+    const auto known = m_overloads.constFind(info.name);
+    if (known != m_overloads.cend())
+        return *known;
+    return *m_overloads.insert(info.name, readCommandSyntax(info.syntax));
+}
+
+SemanticType SemanticWalk::commandCall(const Node *node, const QString &name)
+{
+    const SemanticType result{m_context.commandResult(name), QString()};
+    const CommandInfo *info = m_context.command(name);
+    const QList<CommandOverload> overloads = info ? overloadsOf(*info) : QList<CommandOverload>();
+    if (overloads.isEmpty()) {
+        arguments(node, [](int) { return true; });
+        return result;
+    }
+    const int given = argumentCount(node);
+    const auto fitting =
+        std::find_if(overloads.begin(), overloads.end(),
+                     [given](const CommandOverload &overload) { return takes(overload, given); });
+    const CommandOverload &overload = fitting == overloads.end() ? overloads.first() : *fitting;
+    const Types types = arguments(node, [&overload](int position) {
+        const CommandParameter *parameter = parameterAt(overload, position);
+        return parameter && parameter->callback;
+    });
+    if (name == QStringLiteral("时间转时间戳") && !checkTimestampCall(node, types))
+        return result;
+    if (fitting == overloads.end())
+        checkCommandCount(node, *info, overloads);
+    checkCommandArguments(node, name, overload, types);
+    return result;
+}
+
+bool SemanticWalk::checkTimestampCall(const Node *node, const Types &types)
+{
+    if (types.size() == 2)
+        report(CheckMessage::TimestampSecondArgument, node);
+    else if (types.size() == 1 && types.first().isKnown() &&
+             types.first().kind != ValueType::Text && types.first().kind != ValueType::Any)
+        report(CheckMessage::TimestampWantsText, node);
+    else
+        return true;
+    return false;
+}
+
+void SemanticWalk::checkCommandCount(const Node *node, const CommandInfo &info,
+                                     const QList<CommandOverload> &overloads)
+{
+    const int given = argumentCount(node);
+    const QString name = nameOf(node);
+    const QString count = QString::number(given);
+    const bool tooFew =
+        std::any_of(overloads.begin(), overloads.end(), [given](const CommandOverload &overload) {
+            return given < overload.requiredCount();
+        });
+    if (!tooFew) {
+        int most = 0;
+        for (const CommandOverload &overload : overloads)
+            most = std::max(most, overload.parameters.size());
+        report(CheckMessage::TooManyArguments, node,
+               {name, count, QString::number(most),
+                QStringLiteral("语法：") + info.syntax.section(QLatin1Char('\n'), 0, 0)});
+        return;
+    }
+    if (overloads.size() > 1) {
+        report(CheckMessage::TooFewForAnyForm, node, {name, count});
+        return;
+    }
+    QStringList missing;
+    const CommandOverload &overload = overloads.first();
+    for (int i = given; i < overload.parameters.size(); ++i) {
+        const CommandParameter &parameter = overload.parameters.at(i);
+        if (!parameter.optional)
+            missing << (parameter.name.isEmpty() ? ordinal(i) : parameter.name);
+    }
+    report(CheckMessage::TooFewArguments, node,
+           {name, QStringLiteral("（%1）").arg(missing.join(QStringLiteral("、")))});
+}
+
+void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
+                                         const CommandOverload &overload, const Types &types)
+{
+    for (int i = 0; i < types.size(); ++i) {
+        const CommandParameter *parameter = parameterAt(overload, i);
+        if (!parameter)
+            return;
+        const Node *argument = node->children.at(i + 1);
+        if (isPlaceholder(argument)) {
+            if (!parameter->optional && i < overload.parameters.size())
+                report(CheckMessage::EmptyArgument, node, {name, ordinal(i)});
+        } else if (parameter->callback) {
+            const bool isMarked =
+                argument->type == Parser::Identifier && argument->flag(Meta::callbackRef);
+            if (!isMarked)
+                report(CheckMessage::CallbackWithoutMark, argument, {name, QString::number(i + 1)});
+        } else {
+            checkCommandArgument(argument, name, i, *parameter, types.at(i));
+        }
+    }
+}
+
+void SemanticWalk::checkCommandArgument(const Node *argument, const QString &name, int position,
+                                        const CommandParameter &parameter, const SemanticType &type)
+{
+    if (!type.isKnown() || type.kind == ValueType::Any || type.kind == ValueType::Handle)
+        return;
+    QList<ValueType> wanted;
+    for (const QString &word : parameter.types)
+        wanted << valueTypeOf(word);
+    const bool takesAll = wanted.contains(ValueType::Any);
+    if (takesAll && type.kind != ValueType::Object)
+        return;
+    if (wanted.size() > 1 && !takesAll) {
+        if (!wanted.contains(type.kind))
+            report(CheckMessage::ArgumentOfOtherType, argument,
+                   {name, ordinal(position), parameter.types.join(QLatin1Char('/'))});
+        return;
+    }
+    if (accepts(wanted.value(0), type.kind))
+        return;
+    const QString word =
+        takesAll ? QStringLiteral("能输出的值，不能是对象") : parameter.types.first();
+    report(CheckMessage::ArgumentNeedsType, argument, {name, ordinal(position), word});
+}

@@ -1,0 +1,303 @@
+// The checks of a program as a whole: overloads, globals, functions, and what their bodies share.
+#include "frontend/semantic_walk.h"
+
+#include "frontend/class_index.h"
+#include "frontend/metadata.h"
+#include "frontend/name_suggestion.h"
+#include "frontend/parser_limits.h"
+#include "frontend/semantic_checks.h"
+
+#include <algorithm>
+
+namespace {
+
+using Node = Parser::ASTNode;
+
+const Node *bodyOf(const Node *function)
+{
+    return !function->children.isEmpty() && function->children.last()->type == Parser::Block
+               ? function->children.last()
+               : nullptr;
+}
+
+// What two overloads must differ in.
+QString parameterKey(const FunctionSymbol &function)
+{
+    QString key;
+    for (const ParameterSymbol &parameter : function.parameters)
+        key +=
+            QString::number(int(parameter.type.kind)) + parameter.type.cppClass + QLatin1Char(',');
+    return key;
+}
+
+} // namespace
+
+SemanticWalk::SemanticWalk(const Node *root, const ClassRegistryMap &classes,
+                           const ProgramContext &context)
+    : m_root(root), m_context(context), m_rules(TypeRules::instance()), m_symbols(root, classes)
+{}
+
+QList<SourceMessage> SemanticWalk::run()
+{
+    collectCallbacks(m_root);
+    checkOverloads();
+    checkGlobals();
+    for (const Node *node : m_root->children) {
+        if (node->type == Parser::ClassDecl)
+            checkClass(node);
+        else if (node->type == Parser::FunctionDecl)
+            checkFunction(node, nullptr);
+    }
+    reportUnusedGlobals();
+    return m_messages;
+}
+
+void SemanticWalk::collectCallbacks(const Node *node)
+{
+    if (node->type == Parser::Identifier && node->flag(Meta::callbackRef))
+        m_callbacks.insert(normalizedName(node->value));
+    for (const Node *child : node->children)
+        collectCallbacks(child);
+}
+
+void SemanticWalk::checkOverloads()
+{
+    for (const QString &name : m_symbols.functionNames()) {
+        const QList<FunctionSymbol> &overloads = m_symbols.functions(name);
+        QHash<QString, const FunctionSymbol *> seen;
+        for (const FunctionSymbol &function : overloads) {
+            const FunctionSymbol *other = seen.value(parameterKey(function));
+            if (!other) {
+                seen.insert(parameterKey(function), &function);
+                continue;
+            }
+            const QString otherLine = QString::number(lineOf(other->node));
+            if (other->result == function.result)
+                report(CheckMessage::FunctionRepeated, function.node, {name, otherLine});
+            else
+                report(CheckMessage::OverloadDiffersInReturn, function.node,
+                       {name, otherLine, wordOfType(other->result), wordOfType(function.result)});
+        }
+        const GlobalSymbol *global = m_symbols.global(name);
+        if (global)
+            report(CheckMessage::FunctionAndGlobal, overloads.first().node, {name});
+        const bool isMain = name == QStringLiteral("主函数");
+        if (isMain && overloads.first().requiredCount() > 0)
+            report(CheckMessage::MainTakesParameters, overloads.first().node, {name});
+    }
+}
+
+void SemanticWalk::checkGlobals()
+{
+    for (const Node *node : m_root->children) {
+        if (node->type != Parser::VarDecl)
+            continue;
+        const GlobalSymbol *global = m_symbols.global(node->value);
+        if (global->node != node)
+            report(CheckMessage::GlobalRepeated, node, {node->value});
+        m_globalOrder = global->order;
+        m_line = lineOf(node);
+        initialType(node, m_symbols.declaredType(node));
+        m_globalOrder = -1;
+    }
+}
+
+void SemanticWalk::checkClass(const Node *node)
+{
+    const ClassSymbolTable *symbol = m_symbols.classNamed(node->value);
+    QSet<QString> members;
+    for (const Node *child : node->children) {
+        const QString form = normalizedName(child->value);
+        if (!form.isEmpty() && members.contains(form))
+            report(CheckMessage::MemberRepeated, child, {node->value, child->value});
+        members.insert(form);
+    }
+    m_class = symbol;
+    for (const Node *child : node->children) {
+        m_line = lineOf(child);
+        if (child->type == Parser::VarDecl)
+            initialType(child, m_symbols.declaredType(child));
+        else if (child->type == Parser::FunctionDecl)
+            checkFunction(child, symbol);
+    }
+    m_class = nullptr;
+}
+
+void SemanticWalk::checkFunction(const Node *node, const ClassSymbolTable *owner)
+{
+    const ClassSymbolTable *outer = m_class;
+    const bool isDotted = node->value.contains(QLatin1Char('.'));
+    if (isDotted)
+        owner = m_symbols.classNamed(node->value.section(QLatin1Char('.'), 0, 0));
+    m_class = owner && owner->node ? owner : nullptr;
+    const bool isEvent = isDotted && !m_class;
+    m_function = m_symbols.readFunction(node);
+    if (const auto result = isEvent ? m_context.eventResult(node->value) : std::nullopt)
+        m_function.result = {*result, QString()};
+    m_line = lineOf(node);
+    m_scopes.emplace_back();
+    declareParameters(m_function, isEvent);
+    block(bodyOf(node));
+    popScope();
+    m_scopes.clear();
+    m_class = outer;
+    m_function = {};
+}
+
+void SemanticWalk::declareParameters(const FunctionSymbol &function, bool isEvent)
+{
+    for (const ParameterSymbol &parameter : function.parameters) {
+        if (parameter.name.isEmpty())
+            continue;
+        if (m_scopes.back().locals.contains(normalizedName(parameter.name)))
+            report(CheckMessage::ParameterRepeated, parameter.node, {parameter.name});
+        for (const Node *child : parameter.node->children)
+            value(child);
+        declareLocal(parameter.node, parameter.type, true);
+        // Who calls an event function or a callback decides what it is given.
+        if (isEvent || m_callbacks.contains(normalizedName(function.name)))
+            findLocal(parameter.name)->isUsed = true;
+    }
+    if (!isEvent)
+        return;
+    // A scope of its own: a declaration of the same name is no second one.
+    Scope words;
+    const QList<NamedValue> values = m_context.eventValues(function.name);
+    for (const NamedValue &word : values) {
+        Local local;
+        local.type.kind = word.type;
+        local.isUsed = true;
+        words.locals.insert(normalizedName(word.name), local);
+        words.order << normalizedName(word.name);
+    }
+    m_scopes.insert(m_scopes.end() - 1, words);
+}
+
+void SemanticWalk::reportUnusedGlobals()
+{
+    for (const GlobalSymbol &global : m_symbols.globals()) {
+        if (!m_usedGlobals.contains(normalizedName(global.name)))
+            report(CheckMessage::UnusedGlobal, global.node, {global.name});
+    }
+}
+
+int SemanticWalk::lineOf(const Node *node) const
+{
+    if (node && node->line > 0)
+        return node->line;
+    return node && node->sourceLine > 0 ? node->sourceLine : m_line;
+}
+
+void SemanticWalk::report(CheckMessage message, const Node *place, const QStringList &arguments)
+{
+    reportNear(message, place, nameOf(place), arguments);
+}
+
+void SemanticWalk::reportNear(CheckMessage message, const Node *place, const QString &nearText,
+                              const QStringList &arguments)
+{
+    if (m_isFull)
+        return;
+    const int line = lineOf(place);
+    const QString text = checkText(message, line, arguments);
+    if (m_reported.contains(text))
+        return;
+    m_reported.insert(text);
+    m_messages << SourceMessage{line, place ? place->sourceColumn : 0, nearText, text,
+                                isWarning(message)};
+    if (m_messages.size() >= ParserLimits::messages) {
+        m_isFull = true;
+        m_messages << SourceMessage{line, 0, QString(),
+                                    checkText(CheckMessage::TooManyMessages, line), false};
+    }
+}
+
+// "（是否指 名字？）" or nothing.
+QString SemanticWalk::suggestion(const QString &name)
+{
+    QStringList locals;
+    for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
+        for (const QString &key : qAsConst(scope->order))
+            locals << (scope->locals[key].node ? scope->locals[key].node->value : key);
+    }
+    QString close = closestName(name, locals);
+    if (close.isEmpty()) {
+        const auto known = m_suggestions.constFind(name);
+        close = known != m_suggestions.cend()
+                    ? *known
+                    : *m_suggestions.insert(name, closestName(name, globalNames()));
+    }
+    return close.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(close);
+}
+
+QStringList SemanticWalk::globalNames() const
+{
+    QStringList names;
+    if (m_class) {
+        for (const Node *child : m_class->node->children)
+            names << child->value;
+    }
+    for (const GlobalSymbol &global : m_symbols.globals())
+        names << (m_context.isInConstantsFile(lineOf(global.node)) ? QLatin1Char('#') + global.name
+                                                                   : global.name);
+    return names + m_symbols.functionNames() + m_symbols.classNames() + m_context.componentNames() +
+           m_context.knownNames();
+}
+
+QString SemanticWalk::wordOfType(const SemanticType &type) const
+{
+    if (const ClassSymbolTable *symbol = m_symbols.classOfType(type))
+        return symbol->name;
+    const QString word = wordOf(type.kind);
+    return word.isEmpty() ? QStringLiteral("对象") : word;
+}
+
+// Leaving a block tells which of its variables nobody used.
+void SemanticWalk::popScope()
+{
+    const Scope &scope = m_scopes.back();
+    for (const QString &key : scope.order) {
+        const Local &local = scope.locals[key];
+        if (local.isUsed || !local.node)
+            continue;
+        report(local.isParameter ? CheckMessage::UnusedParameter : CheckMessage::UnusedVariable,
+               local.node, {local.node->value});
+    }
+    m_scopes.pop_back();
+}
+
+void SemanticWalk::declareLocal(const Node *node, const SemanticType &type, bool isParameter)
+{
+    const QString form = normalizedName(node->value);
+    Scope &scope = m_scopes.back();
+    const auto known = scope.locals.constFind(form);
+    if (known != scope.locals.cend() && !isParameter) {
+        report(known->isParameter ? CheckMessage::VariableLikeParameter
+                                  : CheckMessage::VariableRepeated,
+               node, {node->value});
+    }
+    if (known == scope.locals.cend())
+        scope.order << form;
+    Local local;
+    local.node = node;
+    local.type = type;
+    local.isParameter = isParameter;
+    scope.locals.insert(form, local);
+}
+
+SemanticWalk::Local *SemanticWalk::findLocal(const QString &name)
+{
+    const QString form = normalizedName(name);
+    for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
+        const auto found = scope->locals.find(form);
+        if (found != scope->locals.end())
+            return &*found;
+    }
+    return nullptr;
+}
+
+QList<SourceMessage> checkSemantics(const Node *root, const ClassRegistryMap &classes,
+                                    const ProgramContext &context)
+{
+    return root ? SemanticWalk(root, classes, context).run() : QList<SourceMessage>();
+}

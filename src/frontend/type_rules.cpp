@@ -1,0 +1,80 @@
+// Reading and asking the table behind type_rules.h.
+#include "frontend/type_rules.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+namespace {
+
+constexpr struct
+{
+    TypePair pair;
+    const char *key;
+} pairKeys[] = {{TypePair::Assign, "assign"},
+                {TypePair::Initialize, "initialize"},
+                {TypePair::Add, "add"},
+                {TypePair::Calculate, "calculate"},
+                {TypePair::Compare, "compare"},
+                {TypePair::AddTo, "addTo"},
+                {TypePair::CalculateWith, "calculateWith"}};
+
+constexpr struct
+{
+    TypeUse use;
+    const char *key;
+} useKeys[] = {{TypeUse::Condition, "condition"},
+               {TypeUse::Step, "step"},
+               {TypeUse::Negate, "negate"},
+               {TypeUse::Elements, "elements"}};
+
+int typeNumber(const QString &word)
+{
+    // A handle is a type of its own here, elsewhere its word stands for an integer.
+    return int(word == QStringLiteral("句柄") ? ValueType::Handle : valueTypeOf(word));
+}
+
+QSet<int> readTypes(const QJsonValue &value)
+{
+    QSet<int> types;
+    const QJsonArray words = value.toArray();
+    for (const QJsonValue &word : words)
+        types.insert(typeNumber(word.toString()));
+    return types;
+}
+
+} // namespace
+
+const TypeRules &TypeRules::instance()
+{
+    static const TypeRules rules;
+    return rules;
+}
+
+TypeRules::TypeRules()
+{
+    QFile file(QStringLiteral(":/frontend/type_rules.json"));
+    if (!file.open(QIODevice::ReadOnly))
+        qCritical("The table of type rules is missing from the program");
+    const QJsonObject tables = QJsonDocument::fromJson(file.readAll()).object();
+    for (const auto &key : pairKeys) {
+        const QJsonObject rows = tables.value(QLatin1String(key.key)).toObject();
+        for (auto row = rows.begin(); row != rows.end(); ++row)
+            m_pairs[int(key.pair)].insert(typeNumber(row.key()), readTypes(*row));
+    }
+    for (const auto &key : useKeys)
+        m_uses.insert(int(key.use), readTypes(tables.value(QLatin1String(key.key))));
+}
+
+bool TypeRules::fits(TypePair pair, ValueType first, ValueType second) const
+{
+    if (first == ValueType::Unknown || second == ValueType::Unknown)
+        return true;
+    return m_pairs.value(int(pair)).value(int(first)).contains(int(second));
+}
+
+bool TypeRules::fits(TypeUse use, ValueType type) const
+{
+    return type == ValueType::Unknown || m_uses.value(int(use)).contains(int(type));
+}
