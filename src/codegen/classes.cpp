@@ -113,10 +113,7 @@ void Generation::writeGlobalsForClasses(CodeWriter &writer, const Node *root)
     for (const Node *node : root->children) {
         if (node->type != Parser::VarDecl || !mentioned.contains(node->value))
             continue;
-        const QString varType = node->metadata.value(Meta::varType);
-        if (varType == QLatin1String("auto") && !isInstance(node))
-            continue;
-        const QString type = isInstance(node) ? instanceType(node) : variableCppType(varType);
+        const QString type = isInstance(node) ? instanceType(node) : globalCppType(node);
         if (type.startsWith(QLatin1String("VL_User_")))
             lines << QStringLiteral("struct %1;").arg(type);
         lines << QLatin1String("extern ") + type + QLatin1Char(' ') + cppName(node->value) +

@@ -70,11 +70,11 @@ void Generation::collectSymbols(const Node *root)
         addBuiltinClass(info);
     collectClasses(root);
     collectFunctions(root);
+    collectMentions();
     collectGlobals(root);
     collectMenus();
     collectEvents(root);
     warnOfMenuHandlers();
-    collectMentions();
 }
 
 // A global of this program must not meet one of C++'s own headers; a local may hide it.
@@ -261,6 +261,12 @@ void Generation::collectGlobals(const Node *root)
         }
         lines.insert(node->value, node->line);
         declareVariable(node);
+        if (!isInstance(node) && globalCppType(node) == QLatin1String("VL_Any")) {
+            Variable variable;
+            variable.type = ValueType::Any;
+            variable.dictionary = givesDictionary(node->children.value(0));
+            m_scopes.declare(node->value, variable);
+        }
     }
 }
 

@@ -77,6 +77,8 @@ private:
     // --- user code (user_code.cpp) ---
     QString userCode(const Node *root);
     void writeTimerGuard(CodeWriter &writer, const Node *root);
+    bool isMentionedByClass(const QString &name) const;
+    QString globalCppType(const Node *node) const;
     void writeGlobals(CodeWriter &writer, const Node *root);
     void writeFunctionDeclarations(CodeWriter &writer, const Node *root);
     void writeFunctionDefinitions(CodeWriter &writer, const Node *root);

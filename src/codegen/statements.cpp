@@ -84,8 +84,7 @@ void Generation::writeNestedBlock(CodeWriter &writer, const Node *node)
 QString Generation::requiredCondition(const Node *parent, const Node *node, const QString &word)
 {
     if (!node || node->type == Parser::Block) {
-        report(GeneratorMessage::missingCondition, parent->line > 0 ? parent->line : m_line,
-               {word});
+        report(GeneratorMessage::missingCondition, lineOf(parent), {word});
         return QString();
     }
     return condition(node);

@@ -86,6 +86,23 @@ void Generation::writeTimerGuard(CodeWriter &writer, const Node *root)
         writer.raw(QString::fromLatin1(kTimerGuard));
 }
 
+bool Generation::isMentionedByClass(const QString &name) const
+{
+    return std::any_of(m_mentions.begin(), m_mentions.end(),
+                       [&name](const QSet<QString> &names) { return names.contains(name); });
+}
+
+// The type that only a value tells is not known ahead of it: neither where a class is written, nor
+// where the value is computed when the program runs.
+QString Generation::globalCppType(const Node *node) const
+{
+    const QString varType = node->metadata.value(Meta::varType, QStringLiteral("auto"));
+    const Node *value = node->children.value(0);
+    const bool isOpen = varType == QLatin1String("auto") &&
+                        (!value || needsRunTime(value) || isMentionedByClass(node->value));
+    return isOpen ? QStringLiteral("VL_Any") : variableCppType(varType);
+}
+
 void Generation::writeGlobals(CodeWriter &writer, const Node *root)
 {
     CodeWriter initialization(1);
@@ -99,7 +116,9 @@ void Generation::writeGlobals(CodeWriter &writer, const Node *root)
         const Node *value = node->children.value(0);
         const int start = writer.position();
         const QString varType = node->metadata.value(Meta::varType, QStringLiteral("auto"));
-        if (value && !needsRunTime(value)) {
+        const bool isAnnounced = varType == QLatin1String("auto") && !isInstance(node) &&
+                                 isMentionedByClass(node->value);
+        if (value && !needsRunTime(value) && !isAnnounced) {
             writeDeclaration(writer, node);
             writer.markSourceLine(start, node->line);
             continue;
@@ -110,10 +129,7 @@ void Generation::writeGlobals(CodeWriter &writer, const Node *root)
         }
         if (!isInstance(node))
             checkDeclaration(node);
-        // A type that only the value tells is not known ahead of it.
-        const QString type = isInstance(node)                   ? instanceType(node)
-                             : varType == QLatin1String("auto") ? QStringLiteral("VL_Any")
-                                                                : variableCppType(varType);
+        const QString type = isInstance(node) ? instanceType(node) : globalCppType(node);
         writer.line(type + QLatin1Char(' ') + cppName(node->value) + QLatin1Char(';'));
         const int assignmentStart = initialization.position();
         initialization.line(cppName(node->value) + QLatin1String(" = ") +

@@ -17,6 +17,7 @@ enum class CheckMessage : int
     MemberRepeated,          // class, member
     FunctionAndGlobal,       // name
     MainTakesParameters,     // function
+    EventParameterType,      // function, parameter, type
     GlobalUsedTooEarly,      // name
     UnusedGlobal,            // name
     UnusedParameter,         // name
@@ -25,6 +26,7 @@ enum class CheckMessage : int
     HashBeforeGlobal,        // name
     HashMissing,             // name
     UnknownName,             // name, suggestion
+    UnknownType,             // word, suggestion
     FunctionWithoutCall,     // name
     CommandWithoutCall,      // name
     ClassAsValue,            // name
@@ -61,14 +63,16 @@ enum class CheckMessage : int
     AssignmentMismatch,     // type, name, type of the value, advice
     AssignmentWithoutValue, // name
     AssignmentTarget,
-    ReadOnlyProperty, // object, property
-    ValueOfNothing,   // function
-    OperandType,      // type, sign, advice
-    LogicalOperand,   // type, sign
-    ConditionType,    // word, type
-    StepType,         // sign, type
-    NoElements,       // type
-    ElementByText,    // type
+    ReadOnlyProperty,   // object, property
+    ValueOfNothing,     // function
+    OperandType,        // type, sign, advice
+    LogicalOperand,     // type, sign
+    ConditionType,      // word, type
+    StepType,           // sign, type
+    NoElements,         // expression, type
+    ElementByText,      // type
+    DictionaryVariable, // type, name
+    HandleAsValue,      // type, name, component
     ObjectInArray,
     ArrayValue,        // name, form
     ArrayValueUnknown, // name

@@ -89,6 +89,9 @@ public:
         int sourceColumn = 0;
         // The label of a `Case` as the whole expression that its `value` is taken from. Owned.
         ASTNode *label = nullptr;
+        // The word that stood for the type of a declaration, a parameter or a result and names
+        // none.
+        QString unknownType;
     };
 
     // `name` as written in source, `cppName` the C++ member, `type` a Chinese type word for
@@ -213,6 +216,8 @@ private:
     Expression parseArrayValue(int dimensions);
     Node parseClassInstance();
     bool atClassName() const;
+    // The word at hand, if it is none that names a type.
+    QString unknownTypeWord() const;
 
     // Functions: parser_functions.cpp.
     Node parseFunction();

@@ -51,6 +51,7 @@ Parser::Node Parser::parseProperty()
 {
     advance();
     QString type = typeText(kind(), TypePlace::Property);
+    const QString unknownType = unknownTypeWord();
     if (at(Lexer::Identifier))
         type = atClassName() ? cppNameOfClass(current().text) : QStringLiteral("VL_Any");
     if (type.isNull()) {
@@ -64,6 +65,7 @@ Parser::Node Parser::parseProperty()
     }
     Node property = newUnlinedNode(VarDecl);
     property->value = current().text;
+    property->unknownType = unknownType;
     property->metadata.insert(Meta::varType, type);
     property->metadata.insert(Meta::classProperty, Meta::flagOn);
     advance();
@@ -104,6 +106,8 @@ Parser::Node Parser::parseMethod(const QString &className)
             break;
     }
     expect(Lexer::RightParen, ParserMessage::MissingCloseParen);
+    match(Lexer::Return);
+    method->unknownType = unknownTypeWord();
     method->metadata.insert(Meta::returnType, parseMethodReturnType());
     parseRoutineBody(method.get());
     return method;

@@ -39,6 +39,8 @@ Parser::Node Parser::parseFunction()
             break;
     }
     expect(Lexer::RightParen, ParserMessage::ExpectedCloseParen);
+    match(Lexer::Return);
+    function->unknownType = unknownTypeWord();
     function->metadata.insert(Meta::returnType, parseFunctionReturnType());
     parseRoutineBody(function.get());
     return function;
@@ -139,7 +141,6 @@ void Parser::parseParameterDefault(ASTNode *parameter)
 // The word as written, or the C++ name of a class.
 QString Parser::parseFunctionReturnType()
 {
-    match(Lexer::Return);
     QString type = noType();
     if (isTypeWord(kind(), TypePlace::FunctionReturn))
         type = current().text;
@@ -167,6 +168,7 @@ Parser::ParameterResult Parser::parseMethodParameter(ASTNode *method)
 bool Parser::parseMethodParameterType(ASTNode *parameter)
 {
     QString type = untyped();
+    parameter->unknownType = unknownTypeWord();
     if (isTypeWord(kind(), TypePlace::MethodParameter))
         type = current().text;
     else if (atClassName())
@@ -181,7 +183,6 @@ bool Parser::parseMethodParameterType(ASTNode *parameter)
 // The C++ type; an unknown word as written.
 QString Parser::parseMethodReturnType()
 {
-    match(Lexer::Return);
     QString type = noType();
     if (isTypeWord(kind(), TypePlace::MethodReturn))
         type = typeText(kind(), TypePlace::MethodReturn);

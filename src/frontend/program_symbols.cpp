@@ -15,6 +15,13 @@ bool isPlainFunction(const Node *node)
     return node->type == Parser::FunctionDecl && !node->value.contains(QLatin1Char('.'));
 }
 
+bool returnsSomething(const Node *node)
+{
+    if (node->type == Parser::Return)
+        return !node->children.isEmpty();
+    return std::any_of(node->children.begin(), node->children.end(), returnsSomething);
+}
+
 } // namespace
 
 int FunctionSymbol::requiredCount() const
@@ -108,6 +115,19 @@ const GlobalSymbol *ProgramSymbols::global(const QString &name) const
     return found == m_globalIndex.cend() ? nullptr : &m_globals.at(*found);
 }
 
+void ProgramSymbols::setGlobalType(const QString &name, const SemanticType &type)
+{
+    const auto found = m_globalIndex.constFind(normalizedName(name));
+    if (found != m_globalIndex.cend())
+        m_globals[*found].type = type;
+}
+
+bool ProgramSymbols::hasUserClasses() const
+{
+    return std::any_of(m_classes.begin(), m_classes.end(),
+                       [](const ClassSymbolTable &symbol) { return symbol.node; });
+}
+
 const ClassSymbolTable *ProgramSymbols::classNamed(const QString &name) const
 {
     auto found = m_classes.constFind(name);
@@ -150,6 +170,7 @@ FunctionSymbol ProgramSymbols::readFunction(const Node *node) const
     const QString result = node->metadata.value(Meta::returnType);
     function.result =
         result.isEmpty() ? SemanticType{ValueType::Void, QString()} : typeOfText(result);
+    function.returnsSomething = returnsSomething(node);
     for (const Node *child : node->children) {
         if (child->type != Parser::Identifier)
             continue;

@@ -38,6 +38,7 @@ struct FunctionSymbol
     const Parser::ASTNode *node = nullptr;
     QString name;
     SemanticType result;
+    bool returnsSomething = false; // has a `返回` with a value, whatever its declaration says
     QList<ParameterSymbol> parameters;
 
     int requiredCount() const;
@@ -71,10 +72,13 @@ public:
     const QList<FunctionSymbol> &functions(const QString &name) const;
     const QList<QString> &functionNames() const { return m_functionNames; }
     const GlobalSymbol *global(const QString &name) const;
+    // Settles the type of a global that its declaration leaves open.
+    void setGlobalType(const QString &name, const SemanticType &type);
     const QList<GlobalSymbol> &globals() const { return m_globals; }
     const ClassSymbolTable *classNamed(const QString &name) const;
     const ClassSymbolTable *classOfType(const SemanticType &type) const;
     QStringList classNames() const { return m_classes.keys(); }
+    bool hasUserClasses() const;
 
     // The type of a declared variable, its initial value aside.
     SemanticType declaredType(const Parser::ASTNode *declaration) const;

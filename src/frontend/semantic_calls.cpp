@@ -72,6 +72,14 @@ bool accepts(ValueType wanted, ValueType given)
     }
 }
 
+// What a call gives. A function that returns a value without saying so is told there, not at every
+// call.
+SemanticType resultOf(const FunctionSymbol &function)
+{
+    const bool isForgotten = function.result.kind == ValueType::Void && function.returnsSomething;
+    return isForgotten ? kNoType : function.result;
+}
+
 } // namespace
 
 SemanticType SemanticWalk::call(const Node *node)
@@ -154,14 +162,14 @@ SemanticType SemanticWalk::userCall(const Node *node, const QList<FunctionSymbol
         const bool tooMany = overloads.size() == 1 && given > overloads.first().parameters.size();
         report(tooMany ? CheckMessage::TooManyForFunction : CheckMessage::NoFittingOverload, node,
                {name, QString::number(given)});
-        return overloads.first().result;
+        return resultOf(overloads.first());
     }
     const auto exact =
         std::find_if(fitting.begin(), fitting.end(),
                      [&](const FunctionSymbol *function) { return acceptsAll(*function, types); });
     const FunctionSymbol &chosen = exact == fitting.end() ? *fitting.first() : **exact;
     checkUserArguments(node, chosen, types);
-    return chosen.result;
+    return resultOf(chosen);
 }
 
 bool SemanticWalk::acceptsAll(const FunctionSymbol &function, const Types &types) const
@@ -197,8 +205,12 @@ void SemanticWalk::checkReference(const Node *argument, const FunctionSymbol &fu
                                   int position, const SemanticType &given)
 {
     const SemanticType &wanted = function.parameters.at(position).type;
+    const Local *local =
+        argument->type == Parser::Identifier ? findLocal(argument->value) : nullptr;
+    const bool isInferred = local && local->isInferred && given.kind != ValueType::Object;
     const bool isVariable =
-        argument->type != Parser::Index && isAssignable(argument) && !componentOf(argument) &&
+        !isInferred && argument->type != Parser::Index && isAssignable(argument) &&
+        !componentOf(argument) &&
         !(argument->type == Parser::Member && componentOf(argument->children.value(0)));
     if (isVariable && (!given.isKnown() || !wanted.isKnown() || given == wanted))
         return;
@@ -257,7 +269,7 @@ SemanticType SemanticWalk::memberCall(const Node *node, const Node *callee)
             methodCount(node, callee, *method);
             checkUserArguments(node, *method, types);
         }
-        return method->result;
+        return resultOf(*method);
     }
     arguments(node);
     if (symbol && symbol->properties.contains(form)) {

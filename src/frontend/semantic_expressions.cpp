@@ -308,7 +308,7 @@ SemanticType SemanticWalk::index(const Node *node)
     const Node *key = node->children.value(1);
     const SemanticType keyType = value(key);
     if (!m_rules.fits(TypeUse::Elements, base.kind)) {
-        report(CheckMessage::NoElements, node, {wordOfType(base)});
+        report(CheckMessage::NoElements, node, {nameOf(node), wordOfType(base)});
         return kNoType;
     }
     if (base.isKnown() && base.kind != ValueType::Any && keyType.isKnown()) {
@@ -449,11 +449,24 @@ SemanticType SemanticWalk::assignment(const Node *node)
         return to;
     }
     const SemanticType from = value(right);
+    // Setting a property of a component is a call that gives nothing.
+    if (left->type == Parser::Member && componentOf(left->children.value(0)))
+        return plain(ValueType::Void);
     if (!isAssignable(left))
         report(CheckMessage::AssignmentTarget, node);
     else
         checkAssignment(node, to, from);
     return to;
+}
+
+void SemanticWalk::reportMismatch(const Node *place, const SemanticType &to,
+                                  const SemanticType &from, const QString &name, const Node *value)
+{
+    if (from.kind == ValueType::Handle)
+        report(CheckMessage::HandleAsValue, place, {wordOfType(to), name, nameOf(value)});
+    else
+        report(CheckMessage::AssignmentMismatch, place,
+               {wordOfType(to), name, wordOfType(from), conversionAdvice(from.kind)});
 }
 
 void SemanticWalk::checkAssignment(const Node *node, const SemanticType &to,
@@ -462,17 +475,12 @@ void SemanticWalk::checkAssignment(const Node *node, const SemanticType &to,
     const Node *left = node->children.at(0);
     const Node *right = node->children.at(1);
     const bool isMember = left->type == Parser::Member;
-    // Components take what their properties tell; the generator knows them.
-    if (isMember && componentOf(left->children.value(0)))
-        return;
     const QString name = isMember && !left->children.isEmpty()
                              ? nameOf(left->children.first()) + QLatin1Char('.') + left->value
                              : nameOf(left);
     if (node->value == QLatin1String("=")) {
-        if (checkAssignedLiteral(left, to, right, name) || fits(TypePair::Assign, to, from))
-            return;
-        report(CheckMessage::AssignmentMismatch, left,
-               {wordOfType(to), name, wordOfType(from), conversionAdvice(from.kind)});
+        if (!checkAssignedLiteral(left, to, right, name) && !fits(TypePair::Assign, to, from))
+            reportMismatch(left, to, from, name, right);
         return;
     }
     const bool adds = node->value == QLatin1String("+=");

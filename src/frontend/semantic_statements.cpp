@@ -102,6 +102,7 @@ void SemanticWalk::declaration(const Node *node)
         !declared.isKnown() && node->metadata.value(Meta::varType) == QLatin1String("auto");
     const SemanticType any{ValueType::Any, QString()};
     declareLocal(node, !inferred ? declared : node->children.isEmpty() ? any : given);
+    findLocal(node->value)->isInferred = inferred && !node->children.isEmpty();
 }
 
 // Checks the initial value against the declaration and gives its type.
@@ -150,18 +151,15 @@ void SemanticWalk::checkInitialValue(const Node *node, const SemanticType &decla
     const Node *child = node->children.first();
     if (checkAssignedLiteral(node, declared, child, node->value))
         return;
-    // Numbers for a text and the like are the generator's to refuse, in the words of declarations.
-    const bool isObject = declared.kind == ValueType::Object || given.kind == ValueType::Object;
-    if (!declared.isKnown() || declared.kind == ValueType::Any || !isObject) {
-        if (declared.kind == ValueType::Any && given.kind == ValueType::Object)
-            report(CheckMessage::AssignmentMismatch, node,
-                   {wordOfType(declared), node->value, wordOfType(given), QString()});
+    if (child->flag(Meta::braceLiteral) && declared.isKnown() && declared.kind != ValueType::Any) {
+        report(CheckMessage::DictionaryVariable, node, {wordOfType(declared), node->value});
         return;
     }
-    if (given.isKnown() && !(given == declared)) {
-        report(CheckMessage::AssignmentMismatch, node,
-               {wordOfType(declared), node->value, wordOfType(given), QString()});
-    }
+    // Numbers for a text and the like are the generator's to refuse, in the words of declarations.
+    const bool isOurs = declared.kind == ValueType::Object || given.kind == ValueType::Object ||
+                        given.kind == ValueType::Handle;
+    if (isOurs && !fits(TypePair::Initialize, declared, given))
+        reportMismatch(node, declared, given, node->value, child);
 }
 
 // What a literal can tell for sure; true when it was refused.

@@ -30,6 +30,12 @@ QString parameterKey(const FunctionSymbol &function)
     return key;
 }
 
+bool containsCall(const Node *node)
+{
+    return node->type == Parser::Call || node->flag(Meta::braceLiteral) ||
+           std::any_of(node->children.begin(), node->children.end(), containsCall);
+}
+
 } // namespace
 
 SemanticWalk::SemanticWalk(const Node *root, const ClassRegistryMap &classes,
@@ -40,6 +46,8 @@ SemanticWalk::SemanticWalk(const Node *root, const ClassRegistryMap &classes,
 QList<SourceMessage> SemanticWalk::run()
 {
     collectCallbacks(m_root);
+    for (const Node *node : m_root->children)
+        checkTypeWords(node);
     checkOverloads();
     checkGlobals();
     for (const Node *node : m_root->children) {
@@ -58,6 +66,27 @@ void SemanticWalk::collectCallbacks(const Node *node)
         m_callbacks.insert(normalizedName(node->value));
     for (const Node *child : node->children)
         collectCallbacks(child);
+}
+
+// Words that stood for types, of a declaration, its parameters and its members.
+void SemanticWalk::checkTypeWords(const Node *node)
+{
+    if (!node->unknownType.isEmpty()) {
+        const QStringList words{QStringLiteral("整数"),   QStringLiteral("小数"),
+                                QStringLiteral("文本"),   QStringLiteral("逻辑"),
+                                QStringLiteral("字节集"), QStringLiteral("通用"),
+                                QStringLiteral("数组"),   QStringLiteral("空")};
+        const QString close = closestName(node->unknownType, words + m_symbols.classNames());
+        Node place(node->type, lineOf(node)); // the line only: the word stands beside the name
+        reportNear(CheckMessage::UnknownType, &place, node->unknownType,
+                   {node->unknownType,
+                    close.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(close)});
+    }
+    for (const Node *child : node->children) {
+        if (child->type == Parser::Identifier || child->type == Parser::FunctionDecl ||
+            child->type == Parser::VarDecl)
+            checkTypeWords(child);
+    }
 }
 
 void SemanticWalk::checkOverloads()
@@ -97,9 +126,20 @@ void SemanticWalk::checkGlobals()
             report(CheckMessage::GlobalRepeated, node, {node->value});
         m_globalOrder = global->order;
         m_line = lineOf(node);
-        initialType(node, m_symbols.declaredType(node));
+        const SemanticType given = initialType(node, m_symbols.declaredType(node));
         m_globalOrder = -1;
+        if (node->metadata.value(Meta::varType) == QLatin1String("auto"))
+            m_symbols.setGlobalType(node->value, inferredGlobalType(node, given));
     }
+}
+
+// "变量" at file scope holds what its value is, where the value stands in the source for all to
+// see; else anything.
+SemanticType SemanticWalk::inferredGlobalType(const Node *node, const SemanticType &given) const
+{
+    const Node *child = node->children.value(0);
+    const bool isOpen = !child || containsCall(child) || m_symbols.hasUserClasses();
+    return isOpen ? SemanticType{ValueType::Any, QString()} : given;
 }
 
 void SemanticWalk::checkClass(const Node *node)
@@ -163,6 +203,7 @@ void SemanticWalk::declareParameters(const FunctionSymbol &function, bool isEven
     // A scope of its own: a declaration of the same name is no second one.
     Scope words;
     const QList<NamedValue> values = m_context.eventValues(function.name);
+    checkEventParameters(function, values);
     for (const NamedValue &word : values) {
         Local local;
         local.type.kind = word.type;
@@ -171,6 +212,20 @@ void SemanticWalk::declareParameters(const FunctionSymbol &function, bool isEven
         words.order << normalizedName(word.name);
     }
     m_scopes.insert(m_scopes.end() - 1, words);
+}
+
+// Numbers and texts are turned into each other, other types are not.
+void SemanticWalk::checkEventParameters(const FunctionSymbol &function,
+                                        const QList<NamedValue> &values)
+{
+    for (int i = 0; i < values.size() && i < function.parameters.size(); ++i) {
+        const ParameterSymbol &parameter = function.parameters.at(i);
+        const bool isOther =
+            parameter.type.kind == ValueType::Bytes || parameter.type.kind == ValueType::Object;
+        if (isOther)
+            report(CheckMessage::EventParameterType, parameter.node,
+                   {function.name, parameter.name, wordOf(values.at(i).type)});
+    }
 }
 
 void SemanticWalk::reportUnusedGlobals()

@@ -35,6 +35,7 @@ private:
         const Node *node = nullptr;
         SemanticType type;
         bool isParameter = false;
+        bool isInferred = false; // "变量": its exact type is that of its value
         bool isUsed = false;
     };
     // What holds for a block: a redeclaration is refused within one scope.
@@ -53,10 +54,13 @@ private:
     // --- the program as a whole (semantic_walk.cpp) ---
     void collectCallbacks(const Node *node);
     void checkOverloads();
+    void checkTypeWords(const Node *node);
     void checkGlobals();
+    SemanticType inferredGlobalType(const Node *node, const SemanticType &given) const;
     void checkClass(const Node *node);
     void checkFunction(const Node *node, const ClassSymbolTable *owner);
     void declareParameters(const FunctionSymbol &function, bool isEvent);
+    void checkEventParameters(const FunctionSymbol &function, const QList<NamedValue> &values);
     void reportUnusedGlobals();
 
     // --- messages (semantic_walk.cpp) ---
@@ -113,6 +117,8 @@ private:
     SemanticType assignment(const Node *node);
     SemanticType target(const Node *node);
     void checkAssignment(const Node *node, const SemanticType &to, const SemanticType &from);
+    void reportMismatch(const Node *place, const SemanticType &to, const SemanticType &from,
+                        const QString &name, const Node *value);
     bool isAssignable(const Node *node);
     std::optional<NamedComponent> componentOf(const Node *node);
     bool fits(TypePair pair, const SemanticType &first, const SemanticType &second) const;
