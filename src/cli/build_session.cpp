@@ -1,5 +1,6 @@
 #include "cli/build_session.h"
 
+#include "cli/diagnostic_printer.h"
 #include "cli/interrupts.h"
 #include "driver/compiler_thread.h"
 
@@ -9,9 +10,10 @@
 class BuildSession::Listener : public BuildListener
 {
 public:
-    explicit Listener(BuildSession &session)
+    Listener(BuildSession &session, const QString &folder)
         : m_session(session),
-          m_progress(session.m_options.verbosity, session.m_quietWithoutTerminal)
+          m_progress(session.m_options.verbosity, session.m_quietWithoutTerminal),
+          m_printer(folder, session.m_options.plain)
     {}
 
     void progress(int percent, const QString &message) override
@@ -30,13 +32,14 @@ public:
         if (m_session.m_mode != Diagnostics::Print)
             return;
         m_progress.clear();
-        Console::tell(Console::formatted(diagnostic));
+        m_printer.print(diagnostic);
     }
     bool isCancelled() override { return Interrupts::happened(); }
 
 private:
     BuildSession &m_session;
     ProgressDisplay m_progress;
+    DiagnosticPrinter m_printer;
 };
 
 BuildSession::BuildSession(const CliOptions &options, bool quietWithoutTerminal, Diagnostics mode)
@@ -61,7 +64,7 @@ BuildOutcome BuildSession::run(const ProjectInput &input, BuildGoal goal)
 {
     BuildOutcome outcome;
     runWithDeepStack([&] {
-        Listener listener(*this);
+        Listener listener(*this, input.request.projectPath);
         try {
             outcome = build(input, goal, listener);
         } catch (const std::exception &exception) {

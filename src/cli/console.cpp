@@ -6,6 +6,7 @@
 #ifdef Q_OS_WIN
 #include <io.h>
 #else
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -50,11 +51,35 @@ void error(const QString &text)
     tell(QStringLiteral("错误: ") + text);
 }
 
-QString formatted(const BuildDiagnostic &diagnostic)
+bool hasColours()
 {
-    const QString kind = diagnostic.severity == BuildDiagnostic::Severity::Error
-                             ? QStringLiteral("错误: ")
-                             : QStringLiteral("警告: ");
+    return isTerminal(stderr) && qEnvironmentVariableIsEmpty("NO_COLOR");
+}
+
+int width()
+{
+#ifndef Q_OS_WIN
+    constexpr int narrowest = 40;
+    winsize size{};
+    if (ioctl(fileno(stderr), TIOCGWINSZ, &size) == 0 && size.ws_col > 0)
+        return qMax<int>(size.ws_col, narrowest);
+#endif
+    return 100;
+}
+
+QString coloured(const QString &text, BuildDiagnostic::Severity severity)
+{
+    const bool isError = severity == BuildDiagnostic::Severity::Error;
+    return QLatin1String(isError ? "\033[1;31m" : "\033[1;35m") + text + QLatin1String("\033[0m");
+}
+
+QString formatted(const BuildDiagnostic &diagnostic, bool hasColours)
+{
+    const QString word = diagnostic.severity == BuildDiagnostic::Severity::Error
+                             ? QStringLiteral("错误")
+                             : QStringLiteral("警告");
+    const QString kind =
+        (hasColours ? coloured(word, diagnostic.severity) : word) + QLatin1String(": ");
     QString place;
     if (!diagnostic.file.isEmpty()) {
         place =

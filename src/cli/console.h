@@ -15,8 +15,15 @@ void tell(const QString &line);
 // "错误: TEXT" on standard error.
 void error(const QString &text);
 
-// "FILE:LINE: 错误: TEXT"; without a place "错误: TEXT".
-QString formatted(const BuildDiagnostic &diagnostic);
+// Whether standard error is a terminal whose user has nothing against colours (NO_COLOR).
+bool hasColours();
+// The cells of a line of standard error, as far as that is a terminal that tells; else 100.
+int width();
+
+// "FILE:LINE: 错误: TEXT"; without a place "错误: TEXT". The word for the severity can be coloured.
+QString formatted(const BuildDiagnostic &diagnostic, bool hasColours = false);
+// The text in the colour of the severity.
+QString coloured(const QString &text, BuildDiagnostic::Severity severity);
 
 } // namespace Console
 

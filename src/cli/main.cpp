@@ -1,4 +1,5 @@
 // vorelc: the command line of VorelDesk.
+#include "cli/cell_width.h"
 #include "cli/cli_command.h"
 #include "cli/interrupts.h"
 
@@ -7,18 +8,9 @@
 
 namespace {
 
-// The width that a text takes on a terminal: Chinese characters take two columns.
-int columns(const QString &text)
-{
-    int width = 0;
-    for (const QChar c : text)
-        width += c.unicode() >= 0x2E80 ? 2 : 1;
-    return width;
-}
-
 QString padded(const QString &text, int width)
 {
-    return text + QString(qMax(1, width - columns(text)), QLatin1Char(' '));
+    return text + QString(qMax(1, width - cellWidth(text)), QLatin1Char(' '));
 }
 
 QString generalHelp()

@@ -27,6 +27,8 @@ const OptionSpec optionSpecs[] = {
      &CliOptions::compiler, nullptr},
     {"--rebuild", nullptr, BuildOptions, nullptr, "先清除旧的输出，再从头编译", nullptr,
      [](CliOptions &options) { options.rebuild = true; }},
+    {"--plain", nullptr, BuildOptions, nullptr, "只显示错误和警告本身，不附源代码行，不用颜色",
+     nullptr, [](CliOptions &options) { options.plain = true; }},
     {"--dir", nullptr, NewProjectOptions, "DIR", "新工程放在哪个文件夹下，默认是当前文件夹",
      &CliOptions::folder, nullptr},
     {"--window", nullptr, NewProjectOptions, "win32|vlwin", "窗口的类型，默认 win32",

@@ -16,6 +16,7 @@ struct CliOptions
     QString folder;     // of a new project
     QString windowType; // of a new project
     bool rebuild = false;
+    bool plain = false;
     bool json = false;
     bool help = false;
     Verbosity verbosity = Verbosity::Normal;

@@ -84,9 +84,9 @@ bool BuildPipeline::Run::checkQuotation()
 {
     if (!begin(20, BuildMessage::lexing))
         return false;
-    const QuoteError quotes = checkQuotes(m_text);
-    if (quotes.line > 0)
-        reportMessages({quotes.message}, Severity::Error);
+    const SourceMessage unclosed = checkQuotes(m_text);
+    if (unclosed.line > 0)
+        reportMessages({unclosed});
     return endIfErrors();
 }
 
@@ -142,7 +142,7 @@ QStringList BuildPipeline::Run::windowNames() const
 
 bool BuildPipeline::Run::checkTree()
 {
-    reportMessages(checkStructure(m_tree.get(), windowNames()), Severity::Error);
+    reportMessages(checkStructure(m_tree.get(), windowNames()));
     if (!endIfErrors() || !begin(45, BuildMessage::checking))
         return false;
     if (!isNativeBackend(m_request.uiBackend))

@@ -49,11 +49,14 @@ int newlinesBetween(const QString &source, int begin, int end)
     return source.midRef(begin, end - begin).count(QLatin1Char('\n'));
 }
 
-QuoteError unclosed(QChar quote, int line)
+// A message about the quote at offset `at`; the text from there is open to the line's end.
+SourceMessage unclosed(const QString &source, int at, int line)
 {
-    const char *message = quote == QLatin1Char('"') ? BuildMessage::missingDoubleQuote
-                                                    : BuildMessage::missingSingleQuote;
-    return {line, text(message).arg(line)};
+    const int column = at - source.lastIndexOf(QLatin1Char('\n'), at);
+    const char *message = source.at(at) == QLatin1Char('"') ? BuildMessage::missingDoubleQuote
+                                                            : BuildMessage::missingSingleQuote;
+    const int end = source.indexOf(QLatin1Char('\n'), at);
+    return {line, column, source.mid(at, end < 0 ? -1 : end - at), text(message).arg(line)};
 }
 
 // The name in a marker line: what stands behind the first "=" signs without the closing ones.
@@ -90,9 +93,10 @@ struct Place
 
 } // namespace
 
-QuoteError checkQuotes(const QString &source)
+SourceMessage checkQuotes(const QString &source)
 {
     int line = 1;
+    int openedIn = 0;
     int openedAt = 0;
     QChar quote; // null outside strings
     for (int i = 0; i < source.size(); ++i) {
@@ -107,7 +111,8 @@ QuoteError checkQuotes(const QString &source)
             }
             if (c == QLatin1Char('"') || c == QLatin1Char('\'')) {
                 quote = c;
-                openedAt = line;
+                openedIn = line;
+                openedAt = i;
             }
         } else if (c == QLatin1Char('\\') && i + 1 < source.size()) {
             ++i;
@@ -116,11 +121,11 @@ QuoteError checkQuotes(const QString &source)
         } else if (c == quote) {
             quote = QChar();
         } else if (c == QLatin1Char('\n')) {
-            return unclosed(quote, openedAt);
+            return unclosed(source, openedAt, openedIn);
         }
         line += c == QLatin1Char('\n') ? 1 : 0;
     }
-    return quote.isNull() ? QuoteError() : unclosed(quote, openedAt);
+    return quote.isNull() ? SourceMessage() : unclosed(source, openedAt, openedIn);
 }
 
 QStringList findDuplicateHandlers(const QString &source, const QString &firstFile,

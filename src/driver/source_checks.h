@@ -2,21 +2,15 @@
 #pragma once
 
 #include "driver/build_request.h"
+#include "frontend/source_message.h"
 
 #include <QString>
 #include <QStringList>
 
-// An unclosed quote: the message and the merged line of the opening quote; 0 and empty if all
-// close.
-struct QuoteError
-{
-    int line = 0;
-    QString message;
-};
-
-// Finds the first string that is still open at its line's end. Comments are not known here: an
-// apostrophe in a comment opens a string. Raw strings, r"--( ... )--", are passed over.
-QuoteError checkQuotes(const QString &text);
+// Finds the first string that is still open at its line's end: a message about the opening quote,
+// with line 0 if all close. Comments are not known here: an apostrophe in a comment opens a string.
+// Raw strings, r"--( ... )--", are passed over.
+SourceMessage checkQuotes(const QString &text);
 
 // Event handlers that are defined more than once, one message for each second definition. Marker
 // lines ("// ===== main.vc =====") name the file and restart its count; lines ahead of the first

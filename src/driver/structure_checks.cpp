@@ -11,13 +11,15 @@ namespace {
 using Node = Parser::ASTNode;
 using BuildMessage::text;
 
-QString atLine(int line, const QString &message)
+// A message about a function, which begins with its line.
+SourceMessage about(const Node *function, const QString &message)
 {
-    return QStringLiteral("第 %1 行：").arg(line) + message;
+    return {function->sourceLine, function->sourceColumn, function->value,
+            QStringLiteral("第 %1 行：").arg(function->line) + message};
 }
 
 // Walks with a stack of its own: trees are as deep as the source nests.
-void findNestedFunctions(const Node *function, QStringList &messages)
+void findNestedFunctions(const Node *function, QList<SourceMessage> &messages)
 {
     QVector<const Node *> pending;
     const auto push = [&pending](const Node *node) {
@@ -30,7 +32,7 @@ void findNestedFunctions(const Node *function, QStringList &messages)
         if (!node)
             continue;
         if (node->type == Parser::FunctionDecl)
-            messages << atLine(node->line, text(BuildMessage::nestedFunction).arg(node->value));
+            messages << about(node, text(BuildMessage::nestedFunction).arg(node->value));
         else
             push(node);
     }
@@ -49,7 +51,7 @@ QSet<QString> knownOwners(const Node *root, const QStringList &windowNames)
     return owners;
 }
 
-void checkOwner(const Node *function, const QSet<QString> &owners, QStringList &messages)
+void checkOwner(const Node *function, const QSet<QString> &owners, QList<SourceMessage> &messages)
 {
     const int dot = function->value.indexOf(QLatin1Char('.'));
     if (dot <= 0)
@@ -57,15 +59,14 @@ void checkOwner(const Node *function, const QSet<QString> &owners, QStringList &
     const QString owner = function->value.left(dot);
     if (owners.contains(Names::normalized(owner)))
         return;
-    messages << atLine(function->line,
-                       text(BuildMessage::unknownWindow).arg(function->value, owner));
+    messages << about(function, text(BuildMessage::unknownWindow).arg(function->value, owner));
 }
 
 } // namespace
 
-QStringList checkStructure(const Parser::ASTNode *root, const QStringList &windowNames)
+QList<SourceMessage> checkStructure(const Parser::ASTNode *root, const QStringList &windowNames)
 {
-    QStringList messages;
+    QList<SourceMessage> messages;
     if (!root)
         return messages;
     const QSet<QString> owners = knownOwners(root, windowNames);

@@ -3,8 +3,9 @@
 
 #include "frontend/parser.h"
 
+#include <QList>
 #include <QStringList>
 
 // Functions inside functions, and event functions of windows that the program does not have. Each
 // message begins "第 n 行：".
-QStringList checkStructure(const Parser::ASTNode *root, const QStringList &windowNames);
+QList<SourceMessage> checkStructure(const Parser::ASTNode *root, const QStringList &windowNames);

@@ -158,7 +158,8 @@ void CliTestCase::badInput()
 {
     QFETCH(QString, input);
     for (const char *command : {"check", "build"}) {
-        const Result result = call({QLatin1String(command), input, QStringLiteral("--quiet")});
+        const Result result = call(
+            {QLatin1String(command), input, QStringLiteral("--quiet"), QStringLiteral("--plain")});
         QCOMPARE(result.code, 1);
         QCOMPARE(result.out, QByteArray());
         QTEST(result.err.trimmed(), "line");
@@ -271,7 +272,9 @@ void CliTestCase::worksInAnyLocale()
     const Result result =
         call({QStringLiteral("check"), QStringLiteral("引号.vc"), QStringLiteral("-q")});
     old.isNull() ? qunsetenv("LC_ALL") : qputenv("LC_ALL", old);
-    QCOMPARE(result.err, QStringLiteral("引号.vc:2: 错误: 第2行：缺少右双引号\n"));
+    QCOMPARE(result.err, QStringLiteral("引号.vc:2: 错误: 第2行：缺少右双引号\n"
+                                        "    2 |     输出(\"甲)\n"
+                                        "      |          ^~~~\n"));
 }
 
 void CliTestCase::cleans()

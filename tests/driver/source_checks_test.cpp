@@ -54,7 +54,7 @@ void SourceChecksTest::quotes_data()
 void SourceChecksTest::quotes()
 {
     QFETCH(QString, text);
-    QTEST(checkQuotes(text).message, "message");
+    QTEST(checkQuotes(text).text, "message");
 }
 
 void SourceChecksTest::findsDuplicateHandlers()
@@ -92,7 +92,7 @@ void SourceChecksTest::structure_data()
     QTest::addRow("unknown window")
         << "\n函数 别处.单击() {\n}\n"
         << QStringList{QStringLiteral(
-               "第 2 行：错误: 事件函数“别处.单击”引用的窗口“别处”在项目中不存在。")};
+               "2:4 第 2 行：错误: 事件函数“别处.单击”引用的窗口“别处”在项目中不存在。")};
 }
 
 void SourceChecksTest::structure()
@@ -101,7 +101,10 @@ void SourceChecksTest::structure()
     Parser parser;
     const std::unique_ptr<Parser::ASTNode> root(parser.parse(Lexer(source).tokenize()));
     QCOMPARE(parser.errors(), QStringList());
-    QTEST(checkStructure(root.get(), {QStringLiteral("登录窗口")}), "messages");
+    QStringList messages;
+    for (const SourceMessage &message : checkStructure(root.get(), {QStringLiteral("登录窗口")}))
+        messages << QStringLiteral("%1:%2 ").arg(message.line).arg(message.column) + message.text;
+    QTEST(messages, "messages");
 }
 
 QTEST_GUILESS_MAIN(SourceChecksTest)
