@@ -85,6 +85,16 @@ public:
     const QString &name() const { return m_name; }
     const QStringList &sources() const { return m_sources; }
 
+    // A line of one of the files, named as diagnostics name it; empty without one.
+    QString sourceLine(const QString &file, int line) const
+    {
+        for (const QString &source : m_sources) {
+            if (QFileInfo(source).fileName() == QFileInfo(file).fileName())
+                return readFile(source).section(QLatin1Char('\n'), line - 1, line - 1);
+        }
+        return QString();
+    }
+
     BuildOutcome build(BuildGoal goal, Collector &collector)
     {
         BuildChoices choices;
@@ -144,14 +154,16 @@ struct Result
     QString told; // the first message
 };
 
-bool isAbout(const BuildDiagnostic &error, const QString &file, const Mutant &mutant)
+// At the changed place, or where a name that was changed is used or spoken of.
+bool isAbout(const BuildDiagnostic &error, const QString &file, const Mutant &mutant,
+             const Program &program)
 {
-    const bool isNamed =
-        std::any_of(mutant.names.begin(), mutant.names.end(),
-                    [&error](const QString &name) { return error.text.contains(name); });
     const bool sameFile = QFileInfo(error.file).fileName() == QFileInfo(file).fileName();
-    const bool sameLine = error.line >= mutant.firstLine && error.line <= mutant.lastLine;
-    return (sameFile && sameLine) || isNamed;
+    if (sameFile && error.line >= mutant.firstLine && error.line <= mutant.lastLine)
+        return true;
+    const QString told = error.text + program.sourceLine(error.file, error.line);
+    return std::any_of(mutant.names.begin(), mutant.names.end(),
+                       [&told](const QString &name) { return told.contains(name); });
 }
 
 Result judge(Program &program, const QString &file, const Mutant &mutant)
@@ -162,7 +174,7 @@ Result judge(Program &program, const QString &file, const Mutant &mutant)
         const BuildDiagnostic &first = checked.errors.first();
         const QString told =
             QStringLiteral("%1:%2: %3").arg(first.file, QString::number(first.line), first.text);
-        return {isAbout(first, file, mutant) ? Fate::Refused : Fate::Misplaced, told};
+        return {isAbout(first, file, mutant, program) ? Fate::Refused : Fate::Misplaced, told};
     }
     Collector built;
     if (program.build(BuildGoal::Executable, built).success)

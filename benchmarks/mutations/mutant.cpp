@@ -187,13 +187,16 @@ std::optional<Mutant> changeArgument(const Workpiece &piece, int open, std::mt19
     }
 }
 
-// What is declared with the wrong type is what messages are about.
+// Every use of what that line declares may be where the wrong type shows.
 std::optional<Mutant> changeType(const Workpiece &piece, int index, std::mt19937 &random)
 {
     const QString word = typeWords().at(pick(random, typeWords().size()));
     std::optional<Mutant> mutant = piece.replaced(index, index, word);
-    if (mutant)
-        mutant->names += namesIn(piece.token(index + 1));
+    const int line = piece.tokens().at(index).line;
+    for (int i = 0; mutant && i < piece.tokens().size(); ++i) {
+        if (piece.tokens().at(i).line == line)
+            mutant->names += namesIn(piece.token(i));
+    }
     return mutant;
 }
 

@@ -7,6 +7,7 @@
 #include "driver/source_checks.h"
 #include "driver/source_text.h"
 #include "driver/structure_checks.h"
+#include "frontend/bracket_check.h"
 #include "frontend/program_context.h"
 #include "frontend/semantic_checks.h"
 
@@ -117,6 +118,31 @@ void BuildPipeline::Run::prescanClasses(Parser &parser) const
     }
 }
 
+// A bracket has its partner in the same file, so each file is checked by itself. The parser's
+// own messages about brackets tell where it gave up, these where the mistake is.
+QList<SourceMessage> BuildPipeline::Run::bracketMessages() const
+{
+    const QList<Lexer::Token> &tokens = m_pipeline.m_tokens;
+    if (m_lineMap.isEmpty())
+        return checkBrackets(tokens);
+    QList<SourceMessage> messages;
+    if (bracketsMatch(tokens))
+        return messages;
+    QList<Lexer::Token> ofFile;
+    auto token = tokens.cbegin();
+    for (auto place = m_lineMap.cbegin(); place != m_lineMap.cend(); ++place) {
+        while (token->type != Lexer::EndOfFile && token->line <= place.key())
+            ofFile.append(*token++);
+        const auto next = std::next(place);
+        if (next != m_lineMap.cend() && next->file == place->file)
+            continue;
+        ofFile.append({Lexer::EndOfFile, QString(), place.key(), 1});
+        messages += checkBrackets(ofFile);
+        ofFile.clear();
+    }
+    return messages;
+}
+
 bool BuildPipeline::Run::parse()
 {
     if (!begin(30, BuildMessage::parsing))
@@ -125,6 +151,8 @@ bool BuildPipeline::Run::parse()
     m_parser.setFriendlyErrors(m_request.chineseError);
     prescanClasses(m_parser);
     m_tree.reset(m_parser.parse(m_pipeline.m_tokens));
+    if (!m_parser.messages().isEmpty())
+        reportMessages(bracketMessages());
     reportMessages(m_parser.messages());
     return endIfErrors();
 }

@@ -28,6 +28,7 @@ private:
     bool checkQuotation();
     bool lex();
     bool parse();
+    QList<SourceMessage> bracketMessages() const;
     bool checkTree();
     bool generate();
     void registerWindows();

@@ -231,7 +231,7 @@ Parser::Expression Parser::parseTernary()
         advance();
         Expression chosen = parseGuarded();
         if (!isSign(Lexer::Colon, QLatin1Char(':'))) {
-            reportPlain(place(), ParserMessage::TernaryWithoutColon);
+            reportPlain(sign, ParserMessage::TernaryWithoutColon);
             break;
         }
         advance();

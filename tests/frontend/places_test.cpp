@@ -151,7 +151,7 @@ void PlacesTest::messages_data()
     row(inFunction("如果 (甲 ¦= 1) { }"), "=", "第 0 行：条件判断中检测到赋值表达式");
     row(inFunction("当 (甲 > 0 且 (乙 ¦= 1)) { }"), "=", "第 0 行：条件判断中检测到赋值表达式");
     row(inFunction("启动(¦&甲.乙)"), "&", "「&」仅用于");
-    row(inFunction("甲 = 乙 ? 1 ¦; 2"), ";", "三目运算符缺少 ':'");
+    row(inFunction("甲 = 乙 ¦? 1 ; 2"), "?", "三目运算符缺少 ':'");
     row(QStringLiteral("函数 甲(整数 乙 ¦整数 丙) { }"), "整数", "必须用逗号分隔");
     row(QStringLiteral("函数 甲(整数 ¦) { }"), ")", "期望参数名");
     row(QStringLiteral("函数 甲() {\n    如果\n¦"), "", "第 0 行：Expected '}'");
