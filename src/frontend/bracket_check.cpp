@@ -173,8 +173,6 @@ private:
     void readHeader(int index);
     bool isLiteralBrace(int index) const;
     void open(int index);
-    void push(Bracket bracket, int index);
-    void pop();
     void closeExpression(int index);
     int mistakesBehind(int index, QVector<Bracket> stack) const;
     bool settleMismatch(Bracket bracket, int index, bool mayEndBlock);
@@ -195,9 +193,8 @@ private:
     int m_begin;
     int m_end;
     QList<SourceMessage> m_messages;
-    QVector<Opened> m_opened;     // of the statement
-    std::array<int, 3> m_count{}; // of m_opened, by kind
-    QVector<int> m_blockLines;    // of the open blocks
+    QVector<Opened> m_opened;  // of the statement
+    QVector<int> m_blockLines; // of the open blocks
     QVector<BlockEvent> m_events;
     int m_indent = 1;     // of the statement
     int m_lineColumn = 1; // where the line begins
@@ -300,25 +297,13 @@ bool Section::isLiteralBrace(int index) const
 void Section::open(int index)
 {
     if (at(index).type != Lexer::LeftBrace || isLiteralBrace(index)) {
-        push(bracketOf(at(index)), index);
+        m_opened.append({bracketOf(at(index)), index, m_indent});
         return;
     }
     abandonExpressions(index);
     m_header = -1;
     m_blockLines.append(at(index).line);
     addEvent(BlockEvent::Open, index, m_indent, !endsLine(index));
-}
-
-void Section::push(Bracket bracket, int index)
-{
-    m_opened.append({bracket, index, m_indent});
-    ++m_count[size_t(bracket)];
-}
-
-void Section::pop()
-{
-    --m_count[size_t(m_opened.last().bracket)];
-    m_opened.removeLast();
 }
 
 // A ")" or "]".
@@ -328,7 +313,7 @@ void Section::closeExpression(int index)
     if (m_opened.isEmpty())
         reportSurplus(index);
     else if (m_opened.last().bracket == bracket)
-        pop();
+        m_opened.removeLast();
     else
         settleMismatch(bracket, index, false);
     if (m_opened.isEmpty() && m_header >= 0 && m_headerEnd < 0)
@@ -375,7 +360,7 @@ bool Section::settleMismatch(Bracket bracket, int index, bool mayEndBlock)
         reportSurplus(index);
     } else {
         reportWrongKind(m_opened.last(), index);
-        pop();
+        m_opened.removeLast();
     }
     return true;
 }
@@ -385,19 +370,19 @@ void Section::closeUpTo(Bracket bracket, int index)
 {
     while (m_opened.last().bracket != bracket) {
         reportUnclosed(m_opened.last(), index);
-        pop();
+        m_opened.removeLast();
     }
-    pop();
+    m_opened.removeLast();
 }
 
 // Whether a "}" ends the values of an open "{" and not the block around the statement.
 bool Section::closesLiteral(int index) const
 {
-    if (m_count[size_t(Bracket::Curly)] == 0)
-        return false;
     const auto literal =
         std::find_if(m_opened.crbegin(), m_opened.crend(),
                      [](const Opened &opened) { return opened.bracket == Bracket::Curly; });
+    if (literal == m_opened.crend())
+        return false;
     return literal->suspect == 0 || !startsLine(index) || at(index).column >= literal->indent;
 }
 
@@ -430,7 +415,6 @@ void Section::abandonExpressions(int index)
         m_indent = m_lineColumn;
     }
     m_opened.clear();
-    m_count.fill(0);
 }
 
 void Section::repairAllBlocks()
