@@ -23,7 +23,12 @@ DiagnosticPrinter::DiagnosticPrinter(const QString &folder, bool plain)
 
 void DiagnosticPrinter::print(const BuildDiagnostic &diagnostic)
 {
-    Console::tell(Console::formatted(diagnostic, m_coloured));
+    const QString text = Console::formatted(diagnostic, m_coloured);
+    if (text == m_lastText && diagnostic.column == m_lastColumn)
+        return;
+    m_lastText = text;
+    m_lastColumn = diagnostic.column;
+    Console::tell(text);
     if (!m_plain && diagnostic.line > 0 && !diagnostic.file.isEmpty())
         printExcerpt(diagnostic);
 }

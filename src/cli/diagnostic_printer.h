@@ -14,7 +14,8 @@ public:
     // `plain`: messages alone, without source lines and colours.
     DiagnosticPrinter(const QString &folder, bool plain);
 
-    // A file that cannot be read or is very large gives no source line.
+    // A file that cannot be read or is very large gives no source line. What has just been printed
+    // is not printed again.
     void print(const BuildDiagnostic &diagnostic);
 
 private:
@@ -25,5 +26,7 @@ private:
     bool m_plain;
     bool m_coloured;
     int m_cells;
+    QString m_lastText;
+    int m_lastColumn = 0;
     QHash<QString, QStringList> m_lines;
 };

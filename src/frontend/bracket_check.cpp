@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <array>
 #include <limits>
-#include <tuple>
 
 namespace {
 
@@ -341,9 +340,14 @@ int Section::mistakesBehind(int index, QVector<Bracket> stack) const
 // mistakes in the line is taken to be so. A "}" may end the block, too; false if it does.
 bool Section::settleMismatch(Bracket bracket, int index, bool mayEndBlock)
 {
+    // Whatever has a suspect, this is not its partner, unless there is nothing else.
     QVector<Bracket> stack;
-    for (const Opened &opened : qAsConst(m_opened))
-        stack.append(opened.bracket);
+    for (const Opened &opened : qAsConst(m_opened)) {
+        if (opened.suspect > 0 && m_opened.last().suspect == 0)
+            stack.clear();
+        else
+            stack.append(opened.bracket);
+    }
     const int outer = stack.lastIndexOf(bracket);
     const int none = std::numeric_limits<int>::max();
     const int forgotten =
@@ -549,8 +553,7 @@ QList<SourceMessage> checkBrackets(const QList<Lexer::Token> &tokens)
         messages += Section(tokens, begins.at(i), begins.at(i + 1)).check();
     std::stable_sort(messages.begin(), messages.end(),
                      [](const SourceMessage &left, const SourceMessage &right) {
-                         return std::tie(left.line, left.column) <
-                                std::tie(right.line, right.column);
+                         return left.line < right.line;
                      });
     return messages;
 }

@@ -168,7 +168,7 @@ void BracketCheckTest::findsEveryMistake_data()
         "2:7 ( | 3:12 ( | 4:9 [");
     row("two blocks in a row",
         "函数 甲() {\n    当 (真) {\n        如果 (乙) {\n            输出(1)\n\n函数 丙() {\n}\n",
-        "5:1  | 5:5  | 5:9 ");
+        "5:9  | 5:5  | 5:1 ");
     row("an open call and an open block",
         "函数 甲() {\n    如果 (真) {\n        输出(1\n    输出(2)\n}\n", "3:11 ( | 3:12 1");
 }
