@@ -8,6 +8,7 @@
 #include "driver/source_text.h"
 #include "driver/structure_checks.h"
 #include "frontend/bracket_check.h"
+#include "frontend/header_check.h"
 #include "frontend/program_context.h"
 #include "frontend/semantic_checks.h"
 
@@ -151,8 +152,13 @@ bool BuildPipeline::Run::parse()
     m_parser.setFriendlyErrors(m_request.chineseError);
     prescanClasses(m_parser);
     m_tree.reset(m_parser.parse(m_pipeline.m_tokens));
-    if (!m_parser.messages().isEmpty())
-        reportMessages(bracketMessages());
+    if (!m_parser.messages().isEmpty()) {
+        // Ahead of what the parser met: what made it stumble.
+        QList<SourceMessage> causes = bracketMessages();
+        if (causes.isEmpty())
+            causes = checkHeaders(m_pipeline.m_tokens);
+        reportMessages(causes);
+    }
     reportMessages(m_parser.messages());
     return endIfErrors();
 }

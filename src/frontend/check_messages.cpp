@@ -38,6 +38,8 @@ constexpr Row rows[] = {
     {CheckMessage::UnusedGlobal, Grade::Warning, u"全局变量 %2 已声明但未使用"},
     {CheckMessage::UnusedParameter, Grade::Warning, u"参数 %2 已声明但未使用"},
     {CheckMessage::UnusedVariable, Grade::Warning, u"变量 %2 已声明但未使用"},
+    {CheckMessage::NoEffect, Grade::Warning,
+     u"这一句只算出一个值，没有用它做什么。赋值请写 =，比较请放在 如果 里。"},
     {CheckMessage::HashBeforeGlobal, Grade::Error,
      u"全局变量「%2」应直接写变量名，不要加 # 前缀（# 仅用于全局常量）。"},
     {CheckMessage::HashMissing, Grade::Error, u"全局常量「%2」在其它源文件中须写成 #%2"},

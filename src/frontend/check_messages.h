@@ -22,17 +22,18 @@ enum class CheckMessage : int
     UnusedGlobal,            // name
     UnusedParameter,         // name
     UnusedVariable,          // name
-                             // Names.
-    HashBeforeGlobal,        // name
-    HashMissing,             // name
-    UnknownName,             // name, suggestion
-    UnknownType,             // word, suggestion
-    FunctionWithoutCall,     // name
-    CommandWithoutCall,      // name
-    ClassAsValue,            // name
-    NoSuchMember,            // class, member, suggestion
-    NoMembersAtAll,          // expression, type, member
-    CallOfVariable,          // name
+    NoEffect,
+    // Names.
+    HashBeforeGlobal,    // name
+    HashMissing,         // name
+    UnknownName,         // name, suggestion
+    UnknownType,         // word, suggestion
+    FunctionWithoutCall, // name
+    CommandWithoutCall,  // name
+    ClassAsValue,        // name
+    NoSuchMember,        // class, member, suggestion
+    NoMembersAtAll,      // expression, type, member
+    CallOfVariable,      // name
     CallOfExpression,
     // Calls.
     NoFittingOverload,   // function, count

@@ -86,11 +86,25 @@ void SemanticWalk::statement(const Node *node)
         returnStatement(node);
         break;
     case Parser::ExprStmt:
-        typeOf(node->children.value(0));
+        expressionStatement(node->children.value(0));
         break;
     default:
         break;
     }
+}
+
+void SemanticWalk::expressionStatement(const Node *node)
+{
+    if (!node)
+        return;
+    const int messagesBefore = m_messages.size();
+    typeOf(node);
+    const bool acts = node->type == Parser::Call || node->type == Parser::Assign ||
+                      node->type == Parser::Ternary ||
+                      (node->type == Parser::Unary && node->flag(Meta::postfix));
+    // A function's name without brackets and the like have been reported already.
+    if (!acts && m_messages.size() == messagesBefore)
+        report(CheckMessage::NoEffect, node);
 }
 
 void SemanticWalk::declaration(const Node *node)

@@ -81,6 +81,7 @@ private:
     void block(const Node *node);
     void statement(const Node *node);
     void scopedBlock(const Node *node);
+    void expressionStatement(const Node *node);
     void declaration(const Node *node);
     SemanticType initialType(const Node *node, const SemanticType &declared);
     void arrayDeclaration(const Node *node, const SemanticType &given);
