@@ -102,23 +102,6 @@ bool BuildPipeline::Run::lex()
     return true;
 }
 
-// Classes of .vpp files are known wherever they are used, even when the text was handed in.
-void BuildPipeline::Run::prescanClasses(Parser &parser) const
-{
-    if (!m_request.hasProject)
-        return;
-    const QDir project(m_request.projectPath);
-    const bool hasFolder = QFileInfo(project.filePath(QStringLiteral("source"))).isDir();
-    const QDir folder(hasFolder ? project.filePath(QStringLiteral("source")) : project.path());
-    const QStringList names = folder.entryList({QStringLiteral("*.vpp"), QStringLiteral("*.vt")},
-                                               QDir::Files, QDir::Name);
-    for (const QString &name : names) {
-        const SourceText source = readSourceFile(folder.filePath(name), name);
-        if (source.isValid())
-            parser.preScanTokens(Lexer(source.text).tokenize());
-    }
-}
-
 // A bracket has its partner in the same file, so each file is checked by itself. The parser's
 // own messages about brackets tell where it gave up, these where the mistake is.
 QList<SourceMessage> BuildPipeline::Run::bracketMessages() const
@@ -149,17 +132,24 @@ bool BuildPipeline::Run::parse()
     if (!begin(30, BuildMessage::parsing))
         return false;
     writeTrace(m_request);
-    m_parser.setFriendlyErrors(m_request.chineseError);
-    prescanClasses(m_parser);
-    m_tree.reset(m_parser.parse(m_pipeline.m_tokens));
-    if (!m_parser.messages().isEmpty()) {
+    if (!m_parser.isValid()) {
+        report({Severity::Error, QString(), 0, text(BuildMessage::noParser)});
+        return endIfErrors();
+    }
+    // Classes of the last build may be gone; those of .vpp files are known wherever they are used.
+    m_parser.reset(m_request.chineseError);
+    if (m_request.hasProject)
+        m_parser.preScan(m_request.projectPath);
+    m_tree = m_parser.parse(m_pipeline.m_tokens);
+    const QList<SourceMessage> messages = m_parser.messages();
+    if (!messages.isEmpty()) {
         // Ahead of what the parser met: what made it stumble.
         QList<SourceMessage> causes = bracketMessages();
         if (causes.isEmpty())
             causes = checkHeaders(m_pipeline.m_tokens);
         reportMessages(causes);
     }
-    reportMessages(m_parser.messages());
+    reportMessages(messages);
     return endIfErrors();
 }
 

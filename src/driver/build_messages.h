@@ -61,6 +61,7 @@ constexpr char duplicateHandler[] =
     "%1(%2): 事件处理函数重复：%3.%4（首次定义在 %5 第 %6 行，请删除重复项）";
 constexpr char missingDoubleQuote[] = "第 %1 行：缺少右双引号";
 constexpr char missingSingleQuote[] = "第 %1 行：缺少右单引号";
+constexpr char noParser[] = "内部错误：语法分析器未初始化";
 constexpr char nestedFunction[] = "错误: 不能在函数内部定义函数 '%1'。请将函数定义移到外";
 constexpr char unknownWindow[] = "错误: 事件函数“%1”引用的窗口“%2”在项目中不存在。";
 constexpr char unknownBackend[] = "界面后端“%1”暂不支持编译，请在工程设置中改用 win32 或 vlwin。";

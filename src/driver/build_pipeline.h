@@ -7,9 +7,10 @@
 #include "driver/build_request.h"
 #include "driver/program_finish.h"
 #include "driver/toolchain.h"
-#include "frontend/parser.h"
+#include "frontend/parse_helper.h"
 
 #include <QList>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -42,6 +43,9 @@ public:
     // Other toolchains than those of the host, and a source of support libraries.
     void setToolchainProvider(ToolchainProvider provider) { m_toolchains = std::move(provider); }
     void setLibraryProvider(LibraryProvider provider) { m_libraries = std::move(provider); }
+    // The parse helper to use instead of an own one; it is called on the thread of the build, must
+    // outlive it, and only its slots count.
+    void setParseHelper(QObject *helper) { m_helper = helper; }
     // For the builds that begin from now on.
     void setDebugMode(bool on) { m_debug.isOn = on; }
     void setBreakpoints(const CompilerDebugBreakpointsMap &breakpoints)
@@ -70,6 +74,8 @@ private:
     // Made when it is first needed: it brings the catalogue of commands with it.
     CodeGenerator &generator();
 
+    std::unique_ptr<ParseHelper> m_ownHelper;
+    QPointer<QObject> m_helper;
     ToolchainProvider m_toolchains;
     LibraryProvider m_libraries;
     DebugOptions m_debug;

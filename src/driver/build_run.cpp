@@ -8,6 +8,7 @@
 using BuildMessage::text;
 
 BuildPipeline::BuildPipeline()
+    : m_ownHelper(std::make_unique<ParseHelper>()), m_helper(m_ownHelper.get())
 {
     m_toolchains = [](const CompilerBuildRequest &request) {
         return Toolchain::forHost(request.wantsMinGW());
@@ -36,7 +37,11 @@ CodeGenerator &BuildPipeline::generator()
 
 BuildPipeline::Run::Run(BuildPipeline &pipeline, const CompilerBuildRequest &request,
                         BuildListener &listener)
-    : m_pipeline(pipeline), m_request(request), m_listener(listener), m_debug(pipeline.m_debug)
+    : m_pipeline(pipeline),
+      m_request(request),
+      m_listener(listener),
+      m_debug(pipeline.m_debug),
+      m_parser(pipeline.m_helper)
 {}
 
 BuildOutcome BuildPipeline::Run::execute()

@@ -3,6 +3,7 @@
 
 #include "driver/build_pipeline.h"
 #include "driver/build_record.h"
+#include "driver/parse_calls.h"
 #include "driver/source_merger.h"
 
 // A stage returns false when the build is over; the outcome then says how.
@@ -32,7 +33,6 @@ private:
     bool checkTree();
     bool generate();
     void registerWindows();
-    void prescanClasses(Parser &parser) const;
     QStringList windowNames() const;
     bool reuseProgram();
     void keepProgram(const QStringList &warnings);
@@ -61,7 +61,7 @@ private:
     const DebugOptions m_debug; // as the build began, whatever the shell sets meanwhile
     QString m_text;
     SourceLineMap m_lineMap;
-    Parser m_parser;
+    const ParseCalls m_parser;
     std::unique_ptr<Parser::ASTNode> m_tree;
     LibraryContribution m_libraryText;
     GatheredResources m_resources;

@@ -60,6 +60,8 @@ void Compiler::Listener::diagnostic(const BuildDiagnostic &diagnostic)
 Compiler::Compiler(QObject *parent) : QObject(parent), m_pollTimer(this)
 {
     registerBuildMetaTypes();
+    // A child: it moves to the compiler's thread with it.
+    m_pipeline.setParseHelper(new ParseHelper(this));
     m_pollTimer.setInterval(pollInterval);
     connect(&m_pollTimer, &QTimer::timeout, this, &Compiler::pollRunProcesses);
 }

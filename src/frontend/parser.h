@@ -324,5 +324,6 @@ private:
 using ClassRegistryMap = QMap<QString, Parser::ClassInfo>;
 using VarTypesMap = QMap<QString, QString>;
 
+Q_DECLARE_METATYPE(Parser::ASTNode *)
 Q_DECLARE_METATYPE(ClassRegistryMap)
 Q_DECLARE_METATYPE(VarTypesMap)

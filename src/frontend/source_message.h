@@ -1,6 +1,8 @@
 // SourceMessage: a sentence about one place of a source text.
 #pragma once
 
+#include <QList>
+#include <QMetaType>
 #include <QString>
 
 // `line` and `column` are 1-based and those of the text that was read, 0 if unknown; `nearText` is
@@ -13,3 +15,5 @@ struct SourceMessage
     QString text; // a Chinese sentence, perhaps of several lines
     bool isWarning = false;
 };
+
+Q_DECLARE_METATYPE(QList<SourceMessage>)
