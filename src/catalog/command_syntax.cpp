@@ -16,15 +16,20 @@ const QStringList &typeWords()
     return words;
 }
 
-// Splits at the commas that stand outside inner parentheses.
+// Splits at the commas that stand outside inner parentheses and quotes.
 QStringList splitParameters(const QString &text)
 {
     QStringList parts;
     int depth = 0;
+    bool quoted = false;
     int start = 0;
     for (int i = 0; i < text.size(); ++i) {
         const QChar c = text.at(i);
-        if (c == QLatin1Char('('))
+        if (c == QLatin1Char('"'))
+            quoted = !quoted;
+        else if (quoted)
+            continue;
+        else if (c == QLatin1Char('('))
             ++depth;
         else if (c == QLatin1Char(')'))
             --depth;
@@ -48,38 +53,49 @@ QStringList readTypes(const QString &word)
     return known ? types : QStringList();
 }
 
-CommandParameter readParameter(QString part)
+// `declaration` is a part without its brackets and default value.
+CommandParameter readParameter(const QString &declaration, bool optional)
 {
     CommandParameter parameter;
-    if (part.startsWith(QLatin1Char('['))) {
-        parameter.optional = true;
-        part = part.mid(1, part.lastIndexOf(QLatin1Char(']')) - 1).trimmed();
-    }
-    // A default value shown in the form is for human readers.
-    const QString declaration = part.section(QLatin1Char('='), 0, 0).trimmed();
+    parameter.optional = optional;
     parameter.callback = declaration.startsWith(QLatin1Char('&'));
-    const QString first = declaration.section(QLatin1Char(' '), 0, 0, QString::SectionSkipEmpty);
-    parameter.types = readTypes(first);
-    if (parameter.types.isEmpty()) {
-        parameter.name = parameter.callback ? declaration.mid(1) : declaration;
+    parameter.types = readTypes(declaration.section(QLatin1Char(' '), 0, 0));
+    parameter.name = declaration;
+    if (parameter.types.isEmpty())
         parameter.types << QStringLiteral("通用");
-    } else {
-        parameter.name = declaration.section(QLatin1Char(' '), 1, -1, QString::SectionSkipEmpty);
-        if (parameter.name.startsWith(QLatin1Char('&')))
-            parameter.name.remove(0, 1);
-    }
+    else
+        parameter.name = declaration.section(QLatin1Char(' '), 1);
+    if (parameter.name.startsWith(QLatin1Char('&')))
+        parameter.name = parameter.name.mid(1).trimmed();
     return parameter;
 }
 
-CommandOverload readOverload(const QString &parameters)
+// How many brackets `part` leaves open: those that open it without those that close it.
+int openBrackets(const QString &part)
 {
+    int open = 0;
+    for (int i = 0; i < part.size() && part.at(i) == QLatin1Char('['); ++i)
+        ++open;
+    for (int i = part.size() - 1; i >= 0 && part.at(i) == QLatin1Char(']'); --i)
+        --open;
+    return open;
+}
+
+CommandOverload readOverload(const QString &text)
+{
+    const QString dots = QStringLiteral("...");
     CommandOverload overload;
-    for (const QString &part : splitParameters(parameters)) {
-        const QString bare = part.startsWith(QLatin1Char('[')) ? part.mid(1) : part;
-        if (bare.startsWith(QLatin1String("...")))
-            overload.variadic = true;
-        else
-            overload.parameters << readParameter(part);
+    int open = 0;
+    for (const QString &part : splitParameters(text)) {
+        const bool optional = open > 0 || part.startsWith(QLatin1Char('['));
+        open = std::max(0, open + openBrackets(part));
+        // A default value shown in the form is for human readers.
+        QString declaration = part.section(QLatin1Char('='), 0, 0);
+        overload.variadic = overload.variadic || declaration.contains(dots);
+        declaration.remove(dots).remove(QLatin1Char('[')).remove(QLatin1Char(']'));
+        declaration = declaration.simplified();
+        if (!declaration.isEmpty())
+            overload.parameters << readParameter(declaration, optional);
     }
     return overload;
 }
@@ -90,6 +106,14 @@ int CommandOverload::requiredCount() const
 {
     return static_cast<int>(std::count_if(parameters.begin(), parameters.end(),
                                           [](const CommandParameter &p) { return !p.optional; }));
+}
+
+const CommandParameter *CommandOverload::parameterAt(int position) const
+{
+    const int last = parameters.size() - 1;
+    if (position > last && !variadic)
+        return nullptr;
+    return last < 0 ? nullptr : &parameters.at(std::min(position, last));
 }
 
 QList<CommandOverload> readCommandSyntax(const QString &syntax)

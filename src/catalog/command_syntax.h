@@ -21,6 +21,8 @@ struct CommandOverload
     bool variadic = false; // the last parameter repeats
 
     int requiredCount() const;
+    // What the argument at `position` (from 0) is for; null for one too many.
+    const CommandParameter *parameterAt(int position) const;
 };
 
 // All overloads that `syntax` lists; a line without parentheses has no parameter list and is left

@@ -337,8 +337,6 @@ QStringList Generation::commandArguments(const Node *node, const QString &cppFun
 {
     const QList<CommandOverload> overloads =
         info ? readCommandSyntax(info->syntax) : QList<CommandOverload>();
-    const QList<CommandParameter> parameters =
-        overloads.isEmpty() ? QList<CommandParameter>() : overloads.first().parameters;
     const bool dropsEmpty = m_tables.controlTextFunctions.contains(cppFunction);
     QStringList arguments;
     for (int i = 1; i < node->children.size(); ++i) {
@@ -347,7 +345,7 @@ QStringList Generation::commandArguments(const Node *node, const QString &cppFun
             m_tables.defaultArguments.value(cppFunction).value(i - 1).isEmpty())
             continue;
         const CommandParameter *parameter =
-            i - 1 < parameters.size() ? &parameters.at(i - 1) : nullptr;
+            overloads.isEmpty() ? nullptr : overloads.first().parameterAt(i - 1);
         arguments << commandArgument(argument, cppFunction, i - 1, parameter);
     }
     // Trailing placeholders stand for nothing that the function's own defaults do not give.
@@ -435,17 +433,19 @@ void Generation::checkArguments(const Node *node, const QString &name, const QSt
 void Generation::checkArgumentTypes(const Node *node, const QString &name,
                                     const CommandOverload &overload)
 {
-    for (int i = 0; i + 1 < node->children.size() && i < overload.parameters.size(); ++i) {
+    for (int i = 0; i + 1 < node->children.size(); ++i) {
         const Node *argument = node->children.at(i + 1);
-        const CommandParameter &parameter = overload.parameters.at(i);
+        const CommandParameter *parameter = overload.parameterAt(i);
+        if (!parameter)
+            return;
         const ValueType type = isEmptyArgument(argument) ? ValueType::Unknown : inferType(argument);
-        if (parameter.callback || type == ValueType::Handle || acceptsType(parameter, type))
+        if (parameter->callback || type == ValueType::Handle || acceptsType(*parameter, type))
             continue;
-        const QString wanted = parameter.types.join(QLatin1Char('/'));
+        const QString wanted = parameter->types.join(QLatin1Char('/'));
         const QString given = type == ValueType::Object ? QStringLiteral("对象") : wordOf(type);
         report(GeneratorMessage::argumentType, lineOf(node),
                {name, QString::number(i + 1), wanted, given,
-                conversionAdvice(parameter.types.first(), type)});
+                conversionAdvice(parameter->types.first(), type)});
     }
 }
 

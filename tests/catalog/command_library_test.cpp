@@ -12,6 +12,7 @@ class CommandLibraryTest : public QObject
 private slots:
     void syntax_data();
     void syntax();
+    void parameterAt();
     void broken_data();
     void broken();
     void aliases();
@@ -35,6 +36,26 @@ void CommandLibraryTest::syntax_data()
     QTest::addColumn<QStringList>("expected");
     QTest::newRow("several") << QStringLiteral("输出(通用 内容1, [通用 内容2], ...)")
                              << QStringList{QStringLiteral("通用 内容1|[通用 内容2]|..")};
+    QTest::newRow("dots in brackets, behind a name, alone")
+        << QStringLiteral("甲(文本 段, [...])\n乙(通用 值...)\n丙(...)")
+        << QStringList{QStringLiteral("文本 段|.."), QStringLiteral("通用 值|.."),
+                       QStringLiteral("..")};
+    QTest::newRow("brackets around several parts")
+        << QStringLiteral("取(文本 名, [整数 起, [整数 止]], 逻辑 全)\n取([整数 起, 整数 止])")
+        << QStringList{QStringLiteral("文本 名|[整数 起]|[整数 止]|逻辑 全"),
+                       QStringLiteral("[整数 起]|[整数 止]")};
+    QTest::newRow("quoted defaults")
+        << QStringLiteral("分割(文本 原文, [文本 分隔=\",\"], [文本 左=\"[...\"], 整数 数)")
+        << QStringList{QStringLiteral("文本 原文|[文本 分隔]|[文本 左]|整数 数")};
+    QTest::newRow("callbacks") << QStringLiteral("启动([&函数名], & 另一个, 通用 &值)")
+                               << QStringList{
+                                      QStringLiteral("[&通用 函数名]|&通用 另一个|通用 值")};
+    QTest::newRow("blanks and empty parts")
+        << QStringLiteral("  取 (  整数   位置 , , 句柄/整数\t窗口,) ")
+        << QStringList{QStringLiteral("整数 位置|句柄/整数 窗口")};
+    QTest::newRow("words that only look like types")
+        << QStringLiteral("取(文本名 长, 文本/图片 内容, 数组)")
+        << QStringList{QStringLiteral("通用 文本名 长|通用 文本/图片 内容|数组 ")};
     QTest::newRow("no parameters") << QStringLiteral("取当前时间()") << QStringList{QString()};
     QTest::newRow("overloads") << QStringLiteral("最大(整数 甲, 整数 乙)\n\n最大(数组 全部)")
                                << QStringList{QStringLiteral("整数 甲|整数 乙"),
@@ -62,6 +83,16 @@ void CommandLibraryTest::syntax()
         actual << parameters.join(QLatin1Char('|'));
     }
     QCOMPARE(actual, expected);
+}
+
+void CommandLibraryTest::parameterAt()
+{
+    const QList<CommandOverload> overloads =
+        readCommandSyntax(QStringLiteral("甲(文本 名, [整数 值], ...)\n乙(文本 名)\n丙(...)"));
+    QCOMPARE(overloads.at(0).parameterAt(0)->name, QStringLiteral("名"));
+    QCOMPARE(overloads.at(0).parameterAt(7)->name, QStringLiteral("值"));
+    QVERIFY(!overloads.at(1).parameterAt(1));
+    QVERIFY(!overloads.at(2).parameterAt(0));
 }
 
 void CommandLibraryTest::broken_data()

@@ -105,6 +105,9 @@ void CodeGeneratorTest::messages_data()
     row("number for text", QStringLiteral("输出(取文本长度(5))"),
         {QStringLiteral("第2行：命令「取文本长度」的第1个参数类型不匹配\n 💡 期望类型：文本\n 💡 "
                         "实际类型：整数\n 💡 解决方法：用 到文本(...) 先转换成文本")});
+    row("number for a repeated text", QStringLiteral("输出(合并路径(\"a\", \"b\", 5))"),
+        {QStringLiteral("第2行：命令「合并路径」的第3个参数类型不匹配\n 💡 期望类型：文本\n 💡 "
+                        "实际类型：整数\n 💡 解决方法：用 到文本(...) 先转换成文本")});
     row("argument missing", QStringLiteral("输出(替换(\"a\", \"b\"))"),
         {QStringLiteral("第2行：替换() 缺少参数：替换为")});
     row("argument empty", QStringLiteral("输出(替换(\"a\", , \"b\"))"),
