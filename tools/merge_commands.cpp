@@ -29,8 +29,12 @@ QString missingPart(const QJsonObject &record)
         if (text(record, key).trimmed().isEmpty())
             return QString::fromLatin1(key);
     }
-    return record.value(QLatin1String("parameters")).isArray() ? QString()
-                                                               : QStringLiteral("parameters");
+    if (!record.value(QLatin1String("parameters")).isArray())
+        return QStringLiteral("parameters");
+    // What the example prints, or that it cannot run without a person.
+    const bool attended = record.value(QLatin1String("unattended")) == QJsonValue(false);
+    return record.value(QLatin1String("output")).isString() != attended ? QString()
+                                                                        : QStringLiteral("output");
 }
 
 // Collects the records of all files. Every function returns what is wrong, empty for nothing.

@@ -15,7 +15,7 @@ struct CommandInfo
     QString syntax;
     QString returnType;
     QString example;
-    QString output; // what the example prints; null where that differs from run to run
+    QString output; // what the example prints; null where it cannot run unattended
     QString note;
     QStringList parameters;
     QString cppFunction;

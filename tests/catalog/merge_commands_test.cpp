@@ -24,7 +24,8 @@ private:
     QTemporaryDir m_folder;
 };
 
-// A complete record but for what `changes` say: "key=value" sets a text, "key" takes it away.
+// A complete record but for what `changes` say: "key=value" sets a text (false: the value), "key"
+// takes it away.
 static QString record(const QString &name, const QString &category, const QStringList &changes = {})
 {
     QJsonObject object{{QStringLiteral("name"), name},
@@ -33,13 +34,17 @@ static QString record(const QString &name, const QString &category, const QStrin
                        {QStringLiteral("syntax"), name + QStringLiteral("()")},
                        {QStringLiteral("returnType"), QStringLiteral("无")},
                        {QStringLiteral("parameters"), QJsonArray()},
-                       {QStringLiteral("example"), name + QStringLiteral("()")}};
+                       {QStringLiteral("example"), name + QStringLiteral("()")},
+                       {QStringLiteral("output"), QString()}};
     for (const QString &change : changes) {
         const QString key = change.section(QLatin1Char('='), 0, 0);
+        const QString value = change.section(QLatin1Char('='), 1);
         if (change == key)
             object.remove(key);
+        else if (value == QLatin1String("false"))
+            object.insert(key, false);
         else
-            object.insert(key, change.section(QLatin1Char('='), 1));
+            object.insert(key, value);
     }
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
@@ -68,10 +73,12 @@ QString MergeCommandsTest::merge(const QStringList &contents)
 void MergeCommandsTest::merged()
 {
     const QString text = QStringLiteral("文本");
-    QCOMPARE(merge({file({record(QStringLiteral("甲"), text + QStringLiteral("/查找")),
-                          record(QStringLiteral("乙"), text + QStringLiteral("/替换"))}),
-                    file({record(QStringLiteral("丙"), QStringLiteral("数学"))})}),
-             QString());
+    QCOMPARE(
+        merge({file({record(QStringLiteral("甲"), text + QStringLiteral("/查找")),
+                     record(QStringLiteral("乙"), text + QStringLiteral("/替换"))}),
+               file({record(QStringLiteral("丙"), QStringLiteral("数学"),
+                            {QStringLiteral("output"), QStringLiteral("unattended=false")})})}),
+        QString());
     const QByteArray merged = TestFiles::readFile(m_folder.filePath(QStringLiteral("merged.json")));
     const QJsonArray commands =
         QJsonDocument::fromJson(merged).object().value(QStringLiteral("commands")).toArray();
@@ -98,6 +105,11 @@ void MergeCommandsTest::refused_data()
         QTest::addRow("blank %s", key)
             << QStringList{file({record(a, text, {name + QStringLiteral("= ")})})} << message;
     }
+    const QString noOutput = QStringLiteral("0.json: a record lacks its output: 甲");
+    QTest::newRow("no output") << QStringList{file({record(a, text, {QStringLiteral("output")})})}
+                               << noOutput;
+    QTest::newRow("output of what cannot run")
+        << QStringList{file({record(a, text, {QStringLiteral("unattended=false")})})} << noOutput;
     QTest::newRow("a name twice") << QStringList{file({record(a, text)}), file({record(a, math)})}
                                   << "1.json: recorded twice: 甲";
     QTest::newRow("two categories in a file")

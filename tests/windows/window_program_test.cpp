@@ -11,7 +11,6 @@
 #include "driver/virtual_display.h"
 #include "driver/wine_prefix.h"
 
-#include <QDirIterator>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QProcess>
@@ -27,20 +26,6 @@ const QString kFolder = QStringLiteral(VOREL_SOURCE_DIR "/tests/windows");
 QString windowsPath(const QString &path)
 {
     return QLatin1String("Z:") + path;
-}
-
-void copyFolder(const QString &from, const QString &to)
-{
-    const QDir source(from);
-    QDirIterator files(from, QDir::Files, QDirIterator::Subdirectories);
-    while (files.hasNext()) {
-        const QString relative = source.relativeFilePath(files.next());
-        if (relative.startsWith(QLatin1String("build/")))
-            continue;
-        const QString target = to + QLatin1Char('/') + relative;
-        QVERIFY(QDir().mkpath(QFileInfo(target).path()));
-        QVERIFY(QFile::copy(files.filePath(), target));
-    }
 }
 
 QString projectIn(const QString &folder)
@@ -138,7 +123,7 @@ void WindowProgramTest::build(const QString &folder)
 {
     m_executable.clear();
     m_copy = std::make_unique<QTemporaryDir>();
-    copyFolder(folder, m_copy->path());
+    TestFiles::copyProject(folder, m_copy->path());
     m_project = projectIn(m_copy->path());
     QVERIFY2(!m_project.isEmpty(), qPrintable(folder));
     QProcess process;
