@@ -44,7 +44,7 @@ CommandInfo readRecord(const QJsonObject &object)
 
 bool CommandInfo::isCallable() const
 {
-    return memberOf.isEmpty() && type != QStringLiteral("常量") && type != QStringLiteral("语法");
+    return memberOf.isEmpty() && !isConstant() && type != QStringLiteral("语法");
 }
 
 CommandLibrary::CommandLibrary()

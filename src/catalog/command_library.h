@@ -25,6 +25,7 @@ struct CommandInfo
 
     // Whether a program can call it by its name alone.
     bool isCallable() const;
+    bool isConstant() const { return type == QStringLiteral("常量"); }
 };
 
 // Reads the embedded catalogue at construction. A broken catalogue is logged and leaves an empty

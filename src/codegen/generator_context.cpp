@@ -61,7 +61,7 @@ ValueType GeneratorContext::commandResult(const QString &name) const
 std::optional<ValueType> GeneratorContext::constant(const QString &name) const
 {
     const CommandInfo *info = m_commands.commandInfo(name);
-    if (info && !info->isCallable())
+    if (info && info->isConstant())
         return valueTypeOf(info->returnType);
     if (!name.startsWith(QLatin1Char('#')))
         return std::nullopt;

@@ -16,7 +16,7 @@ ValueType ProgramContext::commandResult(const QString &name) const
 std::optional<ValueType> ProgramContext::constant(const QString &name) const
 {
     const CommandInfo *info = CommandLibrary::builtin().commandInfo(name);
-    if (!info || info->isCallable())
+    if (!info || !info->isConstant())
         return std::nullopt;
     return valueTypeOf(info->returnType);
 }

@@ -31,14 +31,6 @@ QString ordinal(int position)
                                                               : QString::number(position + 1));
 }
 
-const CommandParameter *parameterAt(const CommandOverload &overload, int position)
-{
-    if (position < overload.parameters.size())
-        return &overload.parameters.at(position);
-    return overload.variadic && !overload.parameters.isEmpty() ? &overload.parameters.last()
-                                                               : nullptr;
-}
-
 bool takes(const CommandOverload &overload, int count)
 {
     return count >= overload.requiredCount() &&
@@ -320,7 +312,7 @@ SemanticType SemanticWalk::commandCall(const Node *node, const QString &name)
                      [given](const CommandOverload &overload) { return takes(overload, given); });
     const CommandOverload &overload = fitting == overloads.end() ? overloads.first() : *fitting;
     const Types types = arguments(node, [&overload](int position) {
-        const CommandParameter *parameter = parameterAt(overload, position);
+        const CommandParameter *parameter = overload.parameterAt(position);
         return parameter && parameter->callback;
     });
     if (name == QStringLiteral("时间转时间戳") && !checkTimestampCall(node, types))
@@ -381,7 +373,7 @@ void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
                                          const CommandOverload &overload, const Types &types)
 {
     for (int i = 0; i < types.size(); ++i) {
-        const CommandParameter *parameter = parameterAt(overload, i);
+        const CommandParameter *parameter = overload.parameterAt(i);
         if (!parameter)
             return;
         const Node *argument = node->children.at(i + 1);

@@ -16,8 +16,8 @@ private slots:
     void broken_data();
     void broken();
     void aliases();
-    void callable_data();
-    void callable();
+    void kinds_data();
+    void kinds();
     void builtin();
 };
 
@@ -129,26 +129,28 @@ void CommandLibraryTest::aliases()
     QVERIFY(!library.commandInfo(QStringLiteral("丁")));
 }
 
-void CommandLibraryTest::callable_data()
+void CommandLibraryTest::kinds_data()
 {
     QTest::addColumn<QByteArray>("keys");
-    QTest::addColumn<bool>("expected");
-    QTest::newRow("command") << QByteArray() << true;
-    QTest::newRow("other type") << QByteArray(", \"type\": \"命令\"") << true;
-    QTest::newRow("constant") << QByteArray(", \"type\": \"常量\"") << false;
-    QTest::newRow("language form") << QByteArray(", \"type\": \"语法\"") << false;
-    QTest::newRow("member") << QByteArray(", \"memberOf\": \"按钮\"") << false;
+    QTest::addColumn<bool>("callable");
+    QTest::addColumn<bool>("constant");
+    QTest::newRow("command") << QByteArray() << true << false;
+    QTest::newRow("other type") << QByteArray(", \"type\": \"命令\"") << true << false;
+    QTest::newRow("constant") << QByteArray(", \"type\": \"常量\"") << false << true;
+    QTest::newRow("language form") << QByteArray(", \"type\": \"语法\"") << false << false;
+    QTest::newRow("member") << QByteArray(", \"memberOf\": \"按钮\"") << false << false;
 }
 
-void CommandLibraryTest::callable()
+void CommandLibraryTest::kinds()
 {
     QFETCH(QByteArray, keys);
     QTemporaryFile file;
     QVERIFY(file.open());
     file.write("{\"commands\": [{\"name\": \"a\"" + keys + "}]}");
     file.close();
-    QTEST(CommandLibrary(file.fileName()).commandInfo(QStringLiteral("a"))->isCallable(),
-          "expected");
+    const CommandLibrary library(file.fileName());
+    QTEST(library.commandInfo(QStringLiteral("a"))->isCallable(), "callable");
+    QTEST(library.commandInfo(QStringLiteral("a"))->isConstant(), "constant");
 }
 
 void CommandLibraryTest::builtin()
@@ -159,7 +161,7 @@ void CommandLibraryTest::builtin()
     QVERIFY(!info->description.isEmpty());
     QCOMPARE(info->returnType, QStringLiteral("文本"));
     const CommandInfo *constant = CommandLibrary::builtin().commandInfo(QStringLiteral("#红色"));
-    QVERIFY(constant && !constant->isCallable());
+    QVERIFY(constant && constant->isConstant());
 }
 
 QTEST_GUILESS_MAIN(CommandLibraryTest)
