@@ -65,8 +65,10 @@ CommandParameter readParameter(const QString &declaration, bool optional)
         parameter.types << QStringLiteral("通用");
     else
         parameter.name = declaration.section(QLatin1Char(' '), 1);
-    if (parameter.name.startsWith(QLatin1Char('&')))
+    if (parameter.name.startsWith(QLatin1Char('&'))) {
+        parameter.reference = !parameter.callback;
         parameter.name = parameter.name.mid(1).trimmed();
+    }
     return parameter;
 }
 

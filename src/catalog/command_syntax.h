@@ -11,7 +11,8 @@ struct CommandParameter
     QString name;
     QStringList types; // type words, "通用" where the form names none
     bool optional = false;
-    bool callback = false; // written `&函数名`: a function passed by name
+    bool callback = false;  // written `&函数名`: a function passed by name
+    bool reference = false; // written `类型 &名称`: the variable handed over is changed
 };
 
 // One line of a `syntax` text.

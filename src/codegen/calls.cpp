@@ -367,6 +367,9 @@ QString Generation::commandArgument(const Node *node, const QString &cppFunction
     if (position == 0 && m_tables.displayedFirstArgument.contains(cppFunction) &&
         type != ValueType::Text)
         return QLatin1String("VL_ToOutputStr(") + text + QLatin1Char(')');
+    if (type == ValueType::Any && parameter &&
+        parameter->types == QStringList(QStringLiteral("句柄")))
+        return QLatin1String("(intptr_t)VL_ToLongLong(") + text + QLatin1Char(')');
     // What is not known to be a text becomes one where a text is wanted.
     if (type == ValueType::Unknown && parameter && parameter->types.size() == 1 &&
         parameter->types.first() == QStringLiteral("文本"))

@@ -131,6 +131,7 @@ constexpr Row rows[] = {
     {CheckMessage::ValueReturned, Grade::Error, u"%2() 无返回值不能返回%3"},
     {CheckMessage::ValueMissing, Grade::Error, u"%2() 必须提供返回值：%3"},
     {CheckMessage::ReturnType, Grade::Error, u"%2() 返回值类型应为%3，不能返回%4"},
+    {CheckMessage::TooManyWarnings, Grade::Warning, u"警告过多，其余警告不再逐条列出。"},
     {CheckMessage::TooManyMessages, Grade::Error,
      u"错误过多，其余错误不再逐条列出，请先修正以上错误。"},
 };

@@ -83,6 +83,7 @@ enum class CheckMessage : int
     ValueReturned,     // function, type
     ValueMissing,      // function, type
     ReturnType,        // function, wanted, given
+    TooManyWarnings,
     TooManyMessages,
 };
 

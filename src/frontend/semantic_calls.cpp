@@ -320,7 +320,42 @@ SemanticType SemanticWalk::commandCall(const Node *node, const QString &name)
     if (fitting == overloads.end())
         checkCommandCount(node, *info, overloads);
     checkCommandArguments(node, name, overload, types);
+    if (overload.variadic)
+        checkPassedArguments(node, overload, types);
     return result;
+}
+
+// What stands behind the callback of a command that goes on without end ("启动线程(&函数, …)") is
+// handed to that function.
+void SemanticWalk::checkPassedArguments(const Node *node, const CommandOverload &overload,
+                                        const Types &types)
+{
+    const auto callback =
+        std::find_if(overload.parameters.begin(), overload.parameters.end(),
+                     [](const CommandParameter &parameter) { return parameter.callback; });
+    const int position = int(callback - overload.parameters.begin());
+    if (callback == overload.parameters.end() || position >= types.size())
+        return;
+    const QList<FunctionSymbol> &functions =
+        m_symbols.functions(node->children.at(position + 1)->value);
+    if (functions.isEmpty())
+        return;
+    const Types passed = types.mid(position + 1);
+    const auto fits = [&passed](const FunctionSymbol &function) {
+        return function.takes(passed.size());
+    };
+    const auto chosen = std::find_if(functions.begin(), functions.end(), fits);
+    if (chosen == functions.end()) {
+        report(CheckMessage::NoFittingOverload, node->children.at(position + 1),
+               {functions.first().name, QString::number(passed.size())});
+        return;
+    }
+    for (int i = 0; i < passed.size(); ++i) {
+        const ParameterSymbol &parameter = chosen->parameters.at(i);
+        if (!this->fits(TypePair::Initialize, parameter.type, passed.at(i)))
+            report(CheckMessage::ArgumentNeedsType, node->children.at(position + 2 + i),
+                   {chosen->name, ordinal(i), wordOfType(parameter.type)});
+    }
 }
 
 bool SemanticWalk::checkTimestampCall(const Node *node, const Types &types)
@@ -385,10 +420,27 @@ void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
                 argument->type == Parser::Identifier && argument->flag(Meta::callbackRef);
             if (!isMarked)
                 report(CheckMessage::CallbackWithoutMark, argument, {name, QString::number(i + 1)});
+        } else if (parameter->reference && !isChangeable(argument, *parameter, types.at(i))) {
+            report(CheckMessage::ReferenceNeedsVariable, argument,
+                   {name, ordinal(i), parameter->types.join(QLatin1Char('/'))});
         } else {
             checkCommandArgument(argument, name, i, *parameter, types.at(i));
         }
     }
+}
+
+// Whether a command can change what it is handed over in place.
+bool SemanticWalk::isChangeable(const Node *argument, const CommandParameter &parameter,
+                                const SemanticType &type)
+{
+    const bool isMember = argument->type == Parser::Member;
+    if (!isAssignable(argument) || componentOf(isMember ? argument->children.value(0) : argument))
+        return false;
+    const ValueType wanted = valueTypeOf(parameter.types.first());
+    // An array may lie in a variable for anything; other types must be declared as such.
+    if (type.kind == ValueType::Any || !type.isKnown())
+        return !type.isKnown() || wanted == ValueType::Any || wanted == ValueType::Array;
+    return wanted != ValueType::Any;
 }
 
 void SemanticWalk::checkCommandArgument(const Node *argument, const QString &name, int position,

@@ -251,20 +251,22 @@ void SemanticWalk::report(CheckMessage message, const Node *place, const QString
 void SemanticWalk::reportNear(CheckMessage message, const Node *place, const QString &nearText,
                               const QStringList &arguments)
 {
-    if (m_isFull)
+    // Errors are not crowded out by warnings.
+    const bool warns = isWarning(message);
+    int &count = warns ? m_warnings : m_errors;
+    if (count > ParserLimits::messages)
         return;
     const int line = lineOf(place);
     const QString text = checkText(message, line, arguments);
     if (m_reported.contains(text))
         return;
     m_reported.insert(text);
-    m_messages << SourceMessage{line, place ? place->sourceColumn : 0, nearText, text,
-                                isWarning(message)};
-    if (m_messages.size() >= ParserLimits::messages) {
-        m_isFull = true;
-        m_messages << SourceMessage{line, 0, QString(),
-                                    checkText(CheckMessage::TooManyMessages, line), false};
+    if (++count <= ParserLimits::messages) {
+        m_messages << SourceMessage{line, place ? place->sourceColumn : 0, nearText, text, warns};
+        return;
     }
+    const CheckMessage last = warns ? CheckMessage::TooManyWarnings : CheckMessage::TooManyMessages;
+    m_messages << SourceMessage{line, 0, QString(), checkText(last, line), warns};
 }
 
 // "（是否指 名字？）" or nothing.

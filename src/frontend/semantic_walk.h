@@ -146,6 +146,10 @@ private:
                            const QList<CommandOverload> &overloads);
     void checkCommandArguments(const Node *node, const QString &name,
                                const CommandOverload &overload, const Types &types);
+    void checkPassedArguments(const Node *node, const CommandOverload &overload,
+                              const Types &types);
+    bool isChangeable(const Node *argument, const CommandParameter &parameter,
+                      const SemanticType &type);
     void checkCommandArgument(const Node *argument, const QString &name, int position,
                               const CommandParameter &parameter, const SemanticType &type);
     bool checkTimestampCall(const Node *node, const Types &types);
@@ -156,7 +160,8 @@ private:
     ProgramSymbols m_symbols;
     QList<SourceMessage> m_messages;
     QSet<QString> m_reported;
-    bool m_isFull = false;
+    int m_errors = 0;
+    int m_warnings = 0;
     QSet<QString> m_callbacks;   // functions whose name is passed on
     QSet<QString> m_usedGlobals; // by name in NFKC
     QHash<QString, QString> m_suggestions;
