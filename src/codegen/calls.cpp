@@ -132,7 +132,7 @@ QString Generation::call(const Node *node)
 
 QString Generation::namedCall(const Node *node, const QString &name)
 {
-    if (const FunctionSignature *function = findFunction(name))
+    if (const FunctionSignature *function = calledFunction(node))
         return userFunctionCall(node, *function);
     if (const ClassSymbol *symbol = findClass(name))
         return constructorCall(node, *symbol);

@@ -142,7 +142,7 @@ QString Generation::identifier(const Node *node)
         return cppName(name);
     if (const auto component = m_windows.component(name))
         return usedHandle(*component);
-    if (m_functions.contains(name))
+    if (m_functions.contains(normal))
         return cppName(name);
     QString command = m_tables.commandText(name);
     if (!command.isEmpty())

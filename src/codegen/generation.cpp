@@ -3,6 +3,9 @@
 
 #include "codegen/names.h"
 #include "frontend/metadata.h"
+#include "frontend/type_rules.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -89,20 +92,30 @@ void Generation::renameClashes(const Node *root)
 
 void Generation::collectFunctions(const Node *root)
 {
+    const auto parameterTypes = [](const FunctionSignature &signature) {
+        QStringList types;
+        for (const FunctionParameter &parameter : signature.parameters)
+            types << parameter.cppType;
+        return types;
+    };
     for (const Node *node : root->children) {
         if (!isPlainFunction(node))
             continue;
-        const auto known = m_functions.constFind(node->value);
-        if (known != m_functions.cend()) {
+        QList<FunctionSignature> &overloads = m_functions[Names::normalized(node->value)];
+        FunctionSignature signature = readSignature(node, false);
+        const auto same =
+            std::find_if(overloads.begin(), overloads.end(), [&](const FunctionSignature &other) {
+                return parameterTypes(other) == parameterTypes(signature);
+            });
+        if (same != overloads.end()) {
             report(GeneratorMessage::functionDefinedTwice, node->line,
-                   {node->value, QString::number(known->node->line)});
+                   {node->value, QString::number(same->node->line)});
             continue;
         }
-        const FunctionSignature signature = readSignature(node, false);
-        m_functions.insert(node->value, signature);
-        const QString normal = Names::normalized(node->value);
-        if (!m_functions.contains(normal))
-            m_functions.insert(normal, signature);
+        // Which one a call means is decided here: C++ would find numbers ambiguous.
+        if (!overloads.isEmpty())
+            signature.cppName += QStringLiteral("__vl_%1").arg(overloads.size() + 1);
+        overloads << signature;
     }
 }
 
@@ -294,8 +307,45 @@ const FunctionSignature *Generation::findFunction(const QString &name) const
         if (method != m_currentClass->methods.cend())
             return &*method;
     }
-    auto found = m_functions.constFind(name);
+    const auto found = m_functions.constFind(Names::normalized(name));
+    return found == m_functions.cend() ? nullptr : &found->first();
+}
+
+const FunctionSignature *Generation::calledFunction(const Node *call) const
+{
+    const QString &name = call->children.first()->value;
+    const FunctionSignature *first = findFunction(name);
+    const auto found = m_functions.constFind(Names::normalized(name));
+    if (!first || found == m_functions.cend() || found->size() < 2 || first != &found->first())
+        return first;
+    QList<ValueType> given;
+    for (int i = 1; i < call->children.size(); ++i)
+        given << (isEmptyArgument(call->children.at(i)) ? ValueType::Unknown
+                                                        : inferType(call->children.at(i)));
+    int best = -1;
+    for (const FunctionSignature &overload : *found) {
+        if (given.size() < overload.requiredCount() || given.size() > overload.parameters.size())
+            continue;
+        QList<ValueType> wanted;
+        for (int i = 0; i < given.size(); ++i)
+            wanted << overload.parameters.at(i).type;
+        const int agreement = TypeRules::instance().agreement(wanted, given);
+        if (agreement > best) {
+            best = agreement;
+            first = &overload;
+        }
+    }
+    return first;
+}
+
+const FunctionSignature *Generation::signatureOf(const Node *function) const
+{
+    const auto found = m_functions.constFind(Names::normalized(function->value));
     if (found == m_functions.cend())
-        found = m_functions.constFind(Names::normalized(name));
-    return found == m_functions.cend() ? nullptr : &*found;
+        return nullptr;
+    const auto own =
+        std::find_if(found->begin(), found->end(), [function](const FunctionSignature &signature) {
+            return signature.node == function;
+        });
+    return own == found->end() ? nullptr : &*own;
 }

@@ -65,7 +65,11 @@ private:
     const QString &cppName(const QString &name);
     const ClassSymbol *findClass(const QString &name) const;
     const ClassSymbol *findClassByStruct(const QString &structName) const;
+    // The first function of that name.
     const FunctionSignature *findFunction(const QString &name) const;
+    // The one that a call means; null when there is none of that name.
+    const FunctionSignature *calledFunction(const Node *call) const;
+    const FunctionSignature *signatureOf(const Node *function) const;
 
     // --- the order of the whole text (program_skeleton.cpp) ---
     static void appendRuntime(ProgramText &text, int from, int to);
@@ -161,11 +165,11 @@ private:
     void noteDictionary(const Node *target, const Node *value);
 
     // --- types of expressions (type_inference.cpp) ---
-    ValueType inferType(const Node *node);
-    ValueType inferBinary(const Node *node);
-    ValueType inferCall(const Node *node);
-    ValueType inferMember(const Node *node);
-    ValueType inferIndex(const Node *node);
+    ValueType inferType(const Node *node) const;
+    ValueType inferBinary(const Node *node) const;
+    ValueType inferCall(const Node *node) const;
+    ValueType inferMember(const Node *node) const;
+    ValueType inferIndex(const Node *node) const;
     // The class whose instance an expression is; null when it is none.
     const ClassSymbol *classOf(const Node *node) const;
 
@@ -330,7 +334,7 @@ private:
 
     const GenerationInput &m_input;
     const GeneratorTables &m_tables;
-    QHash<QString, FunctionSignature> m_functions;
+    QHash<QString, QList<FunctionSignature>> m_functions; // by name in NFKC, overloads in order
     QHash<QString, ClassSymbol> m_classes;
     QStringList m_userClassOrder;
     QHash<QString, QSet<QString>> m_mentions; // for each class, all names in it

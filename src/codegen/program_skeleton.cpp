@@ -117,7 +117,9 @@ QString Generation::forwardDeclarations()
                                "of runtime; stdlib inserted after Array3D by compiler)"));
     QStringList structs;
     QStringList functions;
-    QList<FunctionSignature> signatures = m_functions.values();
+    QList<FunctionSignature> signatures;
+    for (const QList<FunctionSignature> &overloads : qAsConst(m_functions))
+        signatures << overloads;
     std::sort(signatures.begin(), signatures.end(),
               [](const FunctionSignature &a, const FunctionSignature &b) {
                   return a.node->line < b.node->line;

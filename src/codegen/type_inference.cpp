@@ -32,7 +32,7 @@ ValueType arrayType(const Parser::ASTNode *node)
 
 } // namespace
 
-ValueType Generation::inferType(const Node *node)
+ValueType Generation::inferType(const Node *node) const
 {
     if (!node)
         return kUnknown;
@@ -80,7 +80,7 @@ ValueType Generation::inferType(const Node *node)
     }
 }
 
-ValueType Generation::inferBinary(const Node *node)
+ValueType Generation::inferBinary(const Node *node) const
 {
     if (node->children.size() < 2)
         return kUnknown;
@@ -113,7 +113,7 @@ ValueType Generation::inferBinary(const Node *node)
     return any ? ValueType::Any : ValueType::Int;
 }
 
-ValueType Generation::inferIndex(const Node *node)
+ValueType Generation::inferIndex(const Node *node) const
 {
     switch (inferType(node->children.value(0))) {
     case ValueType::Array:
@@ -132,7 +132,7 @@ ValueType Generation::inferIndex(const Node *node)
     }
 }
 
-ValueType Generation::inferCall(const Node *node)
+ValueType Generation::inferCall(const Node *node) const
 {
     const Node *callee = node->children.value(0);
     if (!callee)
@@ -147,7 +147,7 @@ ValueType Generation::inferCall(const Node *node)
     }
     if (callee->type != Parser::Identifier)
         return kUnknown;
-    if (const FunctionSignature *function = findFunction(callee->value))
+    if (const FunctionSignature *function = calledFunction(node))
         return function->returnType;
     if (findClass(callee->value))
         return ValueType::Object;
@@ -160,7 +160,7 @@ ValueType Generation::inferCall(const Node *node)
     return info ? valueTypeOf(info->returnType) : kUnknown;
 }
 
-ValueType Generation::inferMember(const Node *node)
+ValueType Generation::inferMember(const Node *node) const
 {
     if (const auto component = componentOf(node->children.value(0)))
         return ProgramWindows::memberType(node->value, component->type, -1);
@@ -199,7 +199,7 @@ const ClassSymbol *Generation::classOf(const Node *node) const
     }
     if (callee->type != Parser::Identifier)
         return nullptr;
-    if (const FunctionSignature *function = findFunction(callee->value))
+    if (const FunctionSignature *function = calledFunction(node))
         return byName(function->returnClass);
     return findClass(callee->value);
 }

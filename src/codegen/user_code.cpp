@@ -161,9 +161,10 @@ void Generation::writeFunctionDeclarations(CodeWriter &writer, const Node *root)
     writer.line(QStringLiteral("// User function forward declarations"));
     bool any = false;
     for (const Node *node : root->children) {
-        if (!isPlainFunction(node) || m_functions.value(node->value).node != node)
+        const FunctionSignature *known = isPlainFunction(node) ? signatureOf(node) : nullptr;
+        if (!known)
             continue;
-        const FunctionSignature &signature = m_functions[node->value];
+        const FunctionSignature &signature = *known;
         writer.line(QLatin1String("// DEBUG: Generating declaration for ") + signature.name);
         writer.line(signature.returnCppType + QLatin1Char(' ') + signature.cppName +
                     QLatin1Char('(') + parameterList(signature) + QLatin1String(");"));
@@ -176,9 +177,10 @@ void Generation::writeFunctionDeclarations(CodeWriter &writer, const Node *root)
 void Generation::writeFunctionDefinitions(CodeWriter &writer, const Node *root)
 {
     for (const Node *node : root->children) {
-        if (!isPlainFunction(node) || m_functions.value(node->value).node != node)
+        const FunctionSignature *known = isPlainFunction(node) ? signatureOf(node) : nullptr;
+        if (!known)
             continue;
-        const FunctionSignature &signature = m_functions[node->value];
+        const FunctionSignature &signature = *known;
         writer.open(signature.returnCppType + QLatin1Char(' ') + signature.cppName +
                     QLatin1Char('(') + parameterList(signature) + QLatin1String(") {"));
         writer.raw(QLatin1String("// DEBUG: Generated function ") + signature.name +

@@ -156,21 +156,23 @@ SemanticType SemanticWalk::userCall(const Node *node, const QList<FunctionSymbol
                {name, QString::number(given)});
         return resultOf(overloads.first());
     }
-    const auto exact =
-        std::find_if(fitting.begin(), fitting.end(),
-                     [&](const FunctionSymbol *function) { return acceptsAll(*function, types); });
-    const FunctionSymbol &chosen = exact == fitting.end() ? *fitting.first() : **exact;
+    // The same choice as the generator's.
+    const auto agreement = [this, &types](const FunctionSymbol *function) {
+        QList<ValueType> wanted;
+        QList<ValueType> given;
+        for (int i = 0; i < types.size(); ++i) {
+            wanted << function->parameters.at(i).type.kind;
+            given << types.at(i).kind;
+        }
+        return m_rules.agreement(wanted, given);
+    };
+    const FunctionSymbol &chosen =
+        **std::max_element(fitting.begin(), fitting.end(),
+                           [&agreement](const FunctionSymbol *a, const FunctionSymbol *b) {
+                               return agreement(a) < agreement(b);
+                           });
     checkUserArguments(node, chosen, types);
     return resultOf(chosen);
-}
-
-bool SemanticWalk::acceptsAll(const FunctionSymbol &function, const Types &types) const
-{
-    for (int i = 0; i < types.size() && i < function.parameters.size(); ++i) {
-        if (!fits(TypePair::Initialize, function.parameters.at(i).type, types.at(i)))
-            return false;
-    }
-    return true;
 }
 
 void SemanticWalk::checkUserArguments(const Node *node, const FunctionSymbol &function,

@@ -140,7 +140,6 @@ private:
     void checkUserArguments(const Node *node, const FunctionSymbol &function, const Types &types);
     void checkReference(const Node *argument, const FunctionSymbol &function, int position,
                         const SemanticType &given);
-    bool acceptsAll(const FunctionSymbol &function, const Types &types) const;
     const QList<CommandOverload> &overloadsOf(const CommandInfo &info);
     void checkCommandCount(const Node *node, const CommandInfo &info,
                            const QList<CommandOverload> &overloads);

@@ -78,3 +78,18 @@ bool TypeRules::fits(TypeUse use, ValueType type) const
 {
     return type == ValueType::Unknown || m_uses.value(int(use)).contains(int(type));
 }
+
+int TypeRules::agreement(const QList<ValueType> &parameters,
+                         const QList<ValueType> &arguments) const
+{
+    int equal = 0;
+    for (int i = 0; i < arguments.size() && i < parameters.size(); ++i) {
+        const ValueType wanted = parameters.at(i);
+        const ValueType given = arguments.at(i);
+        const bool areObjects = wanted == ValueType::Object && given == ValueType::Object;
+        if (!areObjects && !fits(TypePair::Initialize, wanted, given))
+            return -1;
+        equal += wanted == given ? 1 : 0;
+    }
+    return equal;
+}

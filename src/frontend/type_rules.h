@@ -5,6 +5,7 @@
 #include "frontend/value_type.h"
 
 #include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
 
@@ -38,6 +39,9 @@ public:
 
     bool fits(TypePair pair, ValueType first, ValueType second) const;
     bool fits(TypeUse use, ValueType type) const;
+    // How many arguments are of the very types of the parameters, as many of them as there are
+    // arguments; -1 when one does not fit. The overload with the highest number is meant.
+    int agreement(const QList<ValueType> &parameters, const QList<ValueType> &arguments) const;
 
 private:
     TypeRules();
