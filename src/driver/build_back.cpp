@@ -2,10 +2,10 @@
 #include "driver/build_run.h"
 
 #include "driver/build_messages.h"
-#include "driver/gcc_output.h"
 #include "driver/output_copies.h"
 #include "driver/output_files.h"
 #include "driver/shell_icons.h"
+#include "driver/toolchain_diagnostics.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -119,8 +119,14 @@ bool BuildPipeline::Run::compile()
     RisingProgress rising(m_listener, m_percent);
     const std::unique_ptr<Toolchain> toolchain = m_pipeline.m_toolchains(m_request);
     const ToolchainResult result = toolchain->build(job, rising);
+    const QList<BuildDiagnostic> told =
+        translateToolOutput(result.toolOutput, {result.compiledTexts, m_lineMap, m_text});
     if (!result.success)
-        return reportToolchainFailure(result);
+        return reportToolchainFailure(result, told);
+    for (const BuildDiagnostic &diagnostic : told) {
+        if (diagnostic.severity == Severity::Warning)
+            report(diagnostic);
+    }
     copyLibraryFiles();
     refreshShellIcons();
     return true;
@@ -148,7 +154,8 @@ void BuildPipeline::Run::completeOutput()
         m_listener.output(line);
 }
 
-bool BuildPipeline::Run::reportToolchainFailure(const ToolchainResult &result)
+bool BuildPipeline::Run::reportToolchainFailure(const ToolchainResult &result,
+                                                const QList<BuildDiagnostic> &told)
 {
     m_outcome.isCppFailure = true;
     m_outcome.executable.clear();
@@ -157,12 +164,10 @@ bool BuildPipeline::Run::reportToolchainFailure(const ToolchainResult &result)
         m_outcome.isCppFailure = false;
         return fail({text(BuildMessage::cancelled)});
     }
-    const QList<BuildDiagnostic> errors = translateGccOutput(
-        result.toolOutput, QStringLiteral("main.cpp"), result.compiledText, m_lineMap);
-    for (const BuildDiagnostic &error : errors)
-        report(error);
+    for (const BuildDiagnostic &diagnostic : told)
+        report(diagnostic);
     // The bare exit code only tells something when nothing else does.
-    if (!result.message.isEmpty() && errors.isEmpty())
+    if (!result.message.isEmpty() && m_errors.isEmpty())
         report({Severity::Error, QString(), 0, result.message});
     else if (!result.message.isEmpty())
         m_listener.output(result.message);

@@ -81,8 +81,8 @@ constexpr char toolNotStarted[] = "无法启动构建工具：%1（%2）";
 constexpr char toolStalled[] = "编译超时（%1 秒），本机构建已中止";
 constexpr char toolCrashed[] =
     "编译失败：工具链进程异常结束（退出码 %1）。请检查工程与编译环境后重试。";
+constexpr char toolExit[] = "[process_exit] code=%1";
 constexpr char toolFailed[] = "本机构建失败，退出代码: %1";
-constexpr char toolDiskFull[] = "磁盘空间不足，无法完成编译。请清理磁盘后重试。";
 constexpr char noOutput[] = "编译器返回成功但输出文件未生成：%1";
 constexpr char splitFailed[] = "运行库缓存不可用（%1），已改为整体编译，耗时较长。";
 constexpr char cacheDamaged[] = "运行库缓存已损坏，正在重新生成。";

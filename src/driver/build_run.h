@@ -53,7 +53,7 @@ private:
     ToolchainJob toolchainJob() const;
     void copyLibraryFiles();
     void completeOutput();
-    bool reportToolchainFailure(const ToolchainResult &result);
+    bool reportToolchainFailure(const ToolchainResult &result, const QList<BuildDiagnostic> &told);
 
     BuildPipeline &m_pipeline;
     CompilerBuildRequest m_request;

@@ -166,33 +166,13 @@ bool CrossBuild::takeRuns(const QList<ToolRun> &runs, const QList<ToolCommand> &
         if (!run.output.isEmpty())
             m_listener.output(run.output);
         const bool bystander = run.end == ToolRun::End::Cancelled && i + 1 < runs.size();
-        if (!run.succeeded() && !bystander)
-            return report(run, commands.at(i).program);
+        if (!run.succeeded() && !bystander) {
+            noteToolFailure(m_result, run, commands.at(i).program, m_elapsed.elapsed(), m_listener);
+            return false;
+        }
+        m_said += run.output;
     }
     return true;
-}
-
-bool CrossBuild::report(const ToolRun &run, const QString &tool)
-{
-    switch (run.end) {
-    case ToolRun::End::NotStarted:
-        m_result.message = text(BuildMessage::toolNotStarted).arg(tool, run.error);
-        break;
-    case ToolRun::End::Crashed:
-        m_result.message = text(BuildMessage::toolCrashed).arg(run.exitCode);
-        break;
-    case ToolRun::End::Stalled:
-        m_result.message = text(BuildMessage::toolStalled).arg(m_elapsed.elapsed() / 1000);
-        break;
-    case ToolRun::End::Cancelled:
-        m_result.cancelled = true;
-        break;
-    case ToolRun::End::Finished:
-        m_result.toolOutput = run.output;
-        m_result.message = text(BuildMessage::toolFailed).arg(run.exitCode);
-        break;
-    }
-    return false;
 }
 
 bool CrossBuild::link()
@@ -241,7 +221,11 @@ ToolchainResult CrossBuild::run()
         m_store.keepOnly({}); // nothing that does not link is worth keeping
     m_store.dropUnfinished();
     QFile::remove(inFolder(kLinked));
-    if (!m_result.success)
-        m_result.compiledText = includeLine() + m_units.first().text;
+    if (m_result.success)
+        m_result.toolOutput = m_said;
+    if (m_result.toolOutput.isEmpty())
+        return m_result;
+    for (const ProgramUnit &unit : qAsConst(m_units))
+        m_result.compiledTexts << CompiledText{sourceName(unit), includeLine() + unit.text};
     return m_result;
 }

@@ -40,7 +40,6 @@ private:
     QStringList compileArguments() const;
     bool refuseResources(const ToolRun &run);
     bool takeRuns(const QList<ToolRun> &runs, const QList<ToolCommand> &commands);
-    bool report(const ToolRun &run, const QString &tool);
     ToolWatch watch(const QString &message, int percent, int percentEnd, int steps);
     QString inFolder(const QString &name) const { return m_job.folder + QLatin1Char('/') + name; }
 
@@ -55,6 +54,7 @@ private:
     QStringList m_objects; // of all units, relative to the build folder
     QStringList m_made;    // those among them that this build compiles
     ToolchainResult m_result;
+    QString m_said;          // by the tools that succeeded
     QElapsedTimer m_elapsed; // since the first tool was started
     int m_done = 0;
 };

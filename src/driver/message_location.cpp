@@ -79,10 +79,23 @@ GeneratedLineTable::GeneratedLineTable(const QString &generatedText)
     }
 }
 
-int GeneratedLineTable::mergedLine(int generatedLine) const
+// The entry of the line itself or the nearest one above; null without.
+const GeneratedLineTable::Entry *GeneratedLineTable::entryAbove(int generatedLine) const
 {
-    const auto above =
+    const auto behind =
         std::upper_bound(m_entries.begin(), m_entries.end(), generatedLine,
                          [](int line, const Entry &entry) { return line < entry.generated; });
-    return above == m_entries.begin() ? 0 : std::prev(above)->merged;
+    return behind == m_entries.begin() ? nullptr : &*std::prev(behind);
+}
+
+int GeneratedLineTable::mergedLine(int generatedLine) const
+{
+    const Entry *entry = entryAbove(generatedLine);
+    return entry ? entry->merged : 0;
+}
+
+int GeneratedLineTable::markedLine(int generatedLine) const
+{
+    const Entry *entry = entryAbove(generatedLine);
+    return entry && entry->generated == generatedLine ? entry->merged : 0;
 }

@@ -30,6 +30,8 @@ public:
 
     // The merged line of a 1-based generated line: its own, else the nearest one above; 0 without.
     int mergedLine(int generatedLine) const;
+    // The merged line of a generated line that has a marker of its own, else 0.
+    int markedLine(int generatedLine) const;
 
 private:
     struct Entry
@@ -37,6 +39,8 @@ private:
         int generated;
         int merged;
     };
+
+    const Entry *entryAbove(int generatedLine) const;
 
     QVector<Entry> m_entries;
 };

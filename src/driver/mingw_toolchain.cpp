@@ -124,8 +124,9 @@ bool ScriptBuild::findTools()
 bool ScriptBuild::writeSource()
 {
     m_script.source = m_job.folder + QLatin1String("/main.cpp");
-    m_result.compiledText = m_job.program.oneFile();
-    if (OutputFiles::write(m_script.source, m_result.compiledText.toUtf8()))
+    const QString program = m_job.program.oneFile();
+    m_result.compiledTexts = {{QStringLiteral("main.cpp"), program}};
+    if (OutputFiles::write(m_script.source, program.toUtf8()))
         return true;
     m_result.message = text(BuildMessage::cannotWriteCode);
     return false;
@@ -137,9 +138,12 @@ bool ScriptBuild::makeResources()
     ResourceBuild resources(m_job.folder, m_job.resources, m_script.resourceCompiler);
     ToolWatch watch;
     watch.goOn = [this](qint64) { return !m_listener.isCancelled(); };
-    const bool made =
-        resources.prepare() &&
-        (!resources.mustRun() || resources.finish(runTool(resources.command(), watch)));
+    bool made = resources.prepare();
+    if (made && resources.mustRun()) {
+        const ToolRun run = runTool(resources.command(), watch);
+        m_listener.output(run.output);
+        made = resources.finish(run);
+    }
     m_result.cancelled = !made && m_listener.isCancelled();
     m_result.message = resources.error();
     const QString object = m_job.folder + QLatin1Char('/') + ResourceBuild::object();
@@ -219,17 +223,10 @@ bool ScriptBuild::runScript()
                                 watch);
     m_listener.output(run.output);
     if (run.succeeded())
-        return true;
-    m_result.cancelled = run.end == ToolRun::End::Cancelled;
-    if (run.end == ToolRun::End::NotStarted)
-        m_result.message =
-            text(BuildMessage::toolNotStarted).arg(QStringLiteral("cmd.exe"), run.error);
-    else if (run.end == ToolRun::End::Stalled)
-        m_result.message = text(BuildMessage::toolStalled).arg(waited / 1000);
+        m_result.toolOutput = run.output;
     else
-        m_result.message = text(BuildMessage::toolFailed).arg(run.exitCode);
-    m_result.toolOutput = run.output;
-    return false;
+        noteToolFailure(m_result, run, QStringLiteral("cmd.exe"), waited, m_listener);
+    return run.succeeded();
 }
 
 bool ScriptBuild::takeOutput()

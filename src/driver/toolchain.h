@@ -4,6 +4,7 @@
 #include "codegen/program_text.h"
 #include "driver/build_listener.h"
 #include "driver/program_resources.h"
+#include "driver/tool_process.h"
 
 #include <QString>
 #include <QStringList>
@@ -27,6 +28,13 @@ struct ToolchainJob
     QStringList libraryFolders;
 };
 
+// A source of generated C++ as a tool was given it.
+struct CompiledText
+{
+    QString name; // of the file, without its folder
+    QString text;
+};
+
 // What came of it. On failure the old executable is as it was.
 struct ToolchainResult
 {
@@ -35,10 +43,16 @@ struct ToolchainResult
 
     bool success = false;
     bool cancelled = false;
-    QString message;      // why it failed, a Chinese sentence; empty when the tool's output tells
-    QString toolOutput;   // of the compiler or linker that refused the program
-    QString compiledText; // the text that the lines in `toolOutput` count; its name is main.cpp
+    QString message; // why it failed, a Chinese sentence; empty when the tool's output tells
+    // Of the compiler or linker that refused the program; after success of all tools that had
+    // something to say.
+    QString toolOutput;
+    QList<CompiledText> compiledTexts; // the texts whose lines `toolOutput` counts
 };
+
+// Notes in `result` that `tool` did not succeed, and why; `waited` in milliseconds.
+void noteToolFailure(ToolchainResult &result, const ToolRun &run, const QString &tool,
+                     qint64 waited, BuildListener &listener);
 
 class Toolchain
 {

@@ -7,6 +7,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 
+#include <csignal>
 #include <new>
 
 using DriverTest::writeFile;
@@ -27,6 +28,7 @@ private slots:
     void reusesTokens();
     void endsOnce_data();
     void endsOnce();
+    void warnsOnce();
     void placesErrorsInFiles();
     void quotesTheWrittenText_data();
     void quotesTheWrittenText();
@@ -159,6 +161,7 @@ void CompilerTest::endsOnce()
     QSignalSpy finished(&compiler, &Compiler::compileFinished);
     QSignalSpy placed(&compiler, &Compiler::compileErrorWithFile);
     QSignalSpy unplaced(&compiler, &Compiler::compileError);
+    QSignalSpy told(&compiler, &Compiler::compileOutput);
     compiler.applyBuildAndCompile(projectRequest(source));
     QCOMPARE(finished.size(), 1);
     QCOMPARE(finished.first().at(0).toBool(), false);
@@ -166,7 +169,22 @@ void CompilerTest::endsOnce()
     QVERIFY2(output.contains(part), qPrintable(output));
     QTEST(finished.first().at(2).toBool(), "isCpp");
     QVERIFY(placed.size() + unplaced.size() > 0);
+    const bool tellsCrash = told.contains({QStringLiteral("[process_exit] code=%1").arg(SIGSEGV)});
+    QCOMPARE(tellsCrash, tool == "crash");
     QVERIFY(!compiler.isCompiling());
+}
+
+void CompilerTest::warnsOnce()
+{
+    Compiler compiler;
+    useFakeTools(compiler, "warn");
+    QSignalSpy warnings(&compiler, &Compiler::compileWarning);
+    QSignalSpy finished(&compiler, &Compiler::compileFinished);
+    compiler.applyBuildAndCompile(projectRequest(program));
+    QVERIFY(finished.value(0).value(0).toBool());
+    // The compiler and the linker have both said it.
+    QCOMPARE(warnings.size(), 1);
+    QVERIFY(warnings.first().at(2).toString().startsWith(QStringLiteral("编译警告：")));
 }
 
 void CompilerTest::placesErrorsInFiles()

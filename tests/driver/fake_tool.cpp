@@ -98,6 +98,10 @@ int main(int argc, char *argv[])
         std::puts("main.cpp:3:1: error: '_u7532' was not declared in this scope");
         return 1;
     }
+    if (mode == "warn") {
+        std::puts("main.cpp:3:1: warning: 'VL_Old' is deprecated");
+        return writeOutput(argc, argv);
+    }
     if (mode == "crash")
         std::raise(SIGSEGV);
     if (mode == "huge")
