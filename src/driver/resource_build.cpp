@@ -2,6 +2,7 @@
 
 #include "driver/output_files.h"
 #include "driver/resource_script.h"
+#include "driver/toolchain_diagnostics.h"
 
 #include <QDir>
 #include <QFile>
@@ -15,7 +16,7 @@ const char noCompiler[] = "未找到资源编译程序 windres，请安装软件
 const char cannotWrite[] = "无法写入资源文件：%1，请检查输出目录权限与磁盘空间";
 const char cannotRead[] = "无法读取资源文件：%1";
 const char compileFailed[] = "界面资源编译失败";
-const char withDetail[] = "：%1";
+const char compileFailedBecause[] = "界面资源编译失败：%1";
 
 const QString kHash = QStringLiteral("rc.hash");
 const QString kCache = QStringLiteral(".obj_cache");
@@ -139,10 +140,13 @@ bool ResourceBuild::finish(const ToolRun &run)
         QFile::remove(unfinished);
         if (run.end == ToolRun::End::Cancelled)
             return false;
-        const QString detail = (run.error.isEmpty() ? run.output : run.error).trimmed().left(2000);
-        fail(compileFailed);
-        if (!detail.isEmpty())
-            m_error += QString::fromUtf8(withDetail).arg(detail);
+        const QStringList told = translateToolErrors(run.output);
+        if (!told.isEmpty())
+            m_error = told.join(QLatin1Char('\n'));
+        else if (!run.error.isEmpty())
+            fail(compileFailedBecause, run.error);
+        else
+            fail(compileFailed);
         return false;
     }
     if (!OutputFiles::replace(unfinished, inFolder(object()))) {

@@ -348,15 +348,20 @@ void ProgramResourcesTest::isMadeOnlyWhenChanged()
 void ProgramResourcesTest::failuresLeaveNothingBehind_data()
 {
     QTest::addColumn<int>("end");
+    QTest::addColumn<QString>("output");
     QTest::addColumn<QString>("error");
-    QTest::addRow("refused") << int(ToolRun::End::Finished) << "界面资源编译失败：line 1: bad";
-    QTest::addRow("crashed") << int(ToolRun::End::Crashed) << "界面资源编译失败：line 1: bad";
-    QTest::addRow("cancelled") << int(ToolRun::End::Cancelled) << "";
+    const QString icon = QStringLiteral("windres: can't open icon file `a.ico': No such file\n");
+    QTest::addRow("refused") << int(ToolRun::End::Finished) << icon
+                             << "界面资源编译失败：无法使用图标文件“a.ico”";
+    QTest::addRow("crashed") << int(ToolRun::End::Crashed) << "line 1: bad\n"
+                             << "界面资源编译失败";
+    QTest::addRow("cancelled") << int(ToolRun::End::Cancelled) << icon << "";
 }
 
 void ProgramResourcesTest::failuresLeaveNothingBehind()
 {
     QFETCH(int, end);
+    QFETCH(QString, output);
     ResourceBuild missing(m_dir->path(), gather().resources, QString());
     QVERIFY(!missing.prepare());
     QVERIFY(missing.error().contains(QLatin1String("windres")));
@@ -365,9 +370,9 @@ void ProgramResourcesTest::failuresLeaveNothingBehind()
     // The tool got so far.
     const QString unfinished = path(build.command().arguments.last());
     writeFile(unfinished, "\x64\x86 half an object");
-    const ToolRun run{ToolRun::End(end), 1, QStringLiteral("line 1: bad\n"), QString()};
+    const ToolRun run{ToolRun::End(end), 1, output, QString()};
     QVERIFY(!build.finish(run));
-    QTEST(build.error(), "error");
+    QTEST(build.error().section(QLatin1Char('\n'), 0, 0), "error");
     QVERIFY(!QFileInfo::exists(unfinished));
     QVERIFY(!QFileInfo::exists(path(ResourceBuild::object())));
     QVERIFY(!QFileInfo::exists(path(QStringLiteral("rc.hash"))));
