@@ -7,13 +7,7 @@
 
 #include <algorithm>
 
-namespace {
-
 using Node = Parser::ASTNode;
-
-const QString kMenuPrefix = QStringLiteral("右键菜单_");
-
-} // namespace
 
 // Sorts every function with a dot in its name to the window or control that it belongs to.
 void Generation::collectEvents(const Node *root)
@@ -37,9 +31,10 @@ void Generation::collectEvents(const Node *root)
 void Generation::addWindowHandler(const Node *node, const DesignedWindow &window,
                                   const QString &word)
 {
-    if (word.startsWith(kMenuPrefix)) {
-        addHandler(window.cppName() + QLatin1String("_Ctx_") + word.mid(kMenuPrefix.size()), node,
-                   nullptr);
+    if (word.startsWith(NamedEvent::menuPrefix())) {
+        addHandler(window.cppName() + QLatin1String("_Ctx_") +
+                       word.mid(NamedEvent::menuPrefix().size()),
+                   node, nullptr);
         return;
     }
     const ComponentEvent *event = ComponentTables::instance().windowEvent(word);
@@ -55,9 +50,10 @@ void Generation::addWindowHandler(const Node *node, const DesignedWindow &window
 void Generation::addControlHandler(const Node *node, const DesignedControl &control,
                                    const QString &word)
 {
-    if (word.startsWith(kMenuPrefix)) {
-        addHandler(control.stem + QLatin1String("_Ctx_") + word.mid(kMenuPrefix.size()), node,
-                   nullptr);
+    if (word.startsWith(NamedEvent::menuPrefix())) {
+        addHandler(control.stem + QLatin1String("_Ctx_") +
+                       word.mid(NamedEvent::menuPrefix().size()),
+                   node, nullptr);
         return;
     }
     const int type = control.component.type;

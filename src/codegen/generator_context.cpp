@@ -136,3 +136,9 @@ std::optional<ValueType> GeneratorContext::eventResult(const QString &function) 
     const ComponentEvent *event = eventOf(function);
     return event ? std::optional<ValueType>(valueTypeOf(event->result)) : std::nullopt;
 }
+
+bool GeneratorContext::isUnknownEvent(const QString &function) const
+{
+    const NamedEvent event = m_windows.event(function);
+    return event.window && !eventOf(function) && !event.isMenuItem();
+}

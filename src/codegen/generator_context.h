@@ -29,6 +29,8 @@ public:
     QList<NamedValue> eventValues(const QString &function) const override;
     std::optional<ValueType> eventResult(const QString &function) const override;
 
+    bool isUnknownEvent(const QString &function) const override;
+
     bool isInConstantsFile(int line) const override { return m_isConstantsLine(line); }
 
 private:

@@ -6,6 +6,16 @@
 
 #include <algorithm>
 
+bool NamedEvent::isMenuItem() const
+{
+    return word.startsWith(menuPrefix());
+}
+
+QString NamedEvent::menuPrefix()
+{
+    return QStringLiteral("右键菜单_");
+}
+
 // The start window comes first; what is looked up by name is found there before elsewhere.
 ProgramWindows::ProgramWindows(const QList<WindowRecord> &records)
 {

@@ -26,6 +26,10 @@ struct NamedEvent
     const DesignedWindow *window = nullptr;   // whose event it is, or that of the control
     const DesignedControl *control = nullptr; // null for an event of the window itself
     QString word;
+
+    // "右键菜单_打开" answers an item of a menu of the form.
+    bool isMenuItem() const;
+    static QString menuPrefix();
 };
 
 class ProgramWindows

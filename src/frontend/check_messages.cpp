@@ -120,6 +120,7 @@ constexpr Row rows[] = {
      u"词典只能放在通用变量里，%2 %3 不行。请写成：通用 %3 = { … }"},
     {CheckMessage::HandleAsValue, Grade::Error,
      u"%2 %3赋值类型不匹配，「%4」是组件，不是%2。请写出要用的属性，例如 %4.文本 或 %4.句柄"},
+    {CheckMessage::LabelWithoutValue, Grade::Error, u"“:”前面缺少要比较的值，例如 1: { … }"},
     {CheckMessage::ObjectInArray, Grade::Error,
      u"数组里只能放整数、小数、文本、逻辑、字节集和数组，不能放对象"},
     {CheckMessage::ArrayValue, Grade::Error, u"数组 %2 赋值错误，必须是：%3"},

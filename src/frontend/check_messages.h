@@ -74,6 +74,7 @@ enum class CheckMessage : int
     ElementByText,      // type
     DictionaryVariable, // type, name
     HandleAsValue,      // type, name, component
+    LabelWithoutValue,
     ObjectInArray,
     ArrayValue,        // name, form
     ArrayValueUnknown, // name

@@ -49,6 +49,25 @@ bool opensBlock(const QList<Token> &tokens, int name)
     return close >= 0 && tokens.at(close + 1).type == Lexer::LeftBrace;
 }
 
+// "( )" that belongs to no name.
+bool isLonelyPair(const QList<Token> &tokens, int open)
+{
+    if (open == 0 || tokens.at(open).type != Lexer::LeftParen ||
+        tokens.at(open + 1).type != Lexer::RightParen)
+        return false;
+    switch (tokens.at(open - 1).type) {
+    case Lexer::LeftBrace:
+    case Lexer::RightBrace:
+    case Lexer::Assign:
+    case Lexer::Comma:
+    case Lexer::LeftParen:
+    case Lexer::Plus:
+        return true;
+    default:
+        return tokens.at(open - 1).line < tokens.at(open).line;
+    }
+}
+
 SourceMessage message(const Token &token, const QString &text)
 {
     SourceMessage result;
@@ -86,6 +105,8 @@ QList<SourceMessage> checkHeaders(const QList<Token> &tokens)
         if (isNameless)
             messages << message(token, QStringLiteral("“函数”后面缺少函数名，例如：函数 %1() { … }")
                                            .arg(QStringLiteral("计算")));
+        else if (isLonelyPair(tokens, i))
+            messages << message(token, QStringLiteral("括号前面缺少函数名、命令名或方法名"));
         else if (opensBlock(tokens, i))
             messages << message(token, misspelledKeyword(token.text));
     }

@@ -55,6 +55,11 @@ std::optional<ValueType> ProgramContext::eventResult(const QString &) const
     return std::nullopt;
 }
 
+bool ProgramContext::isUnknownEvent(const QString &) const
+{
+    return false;
+}
+
 bool ProgramContext::isInConstantsFile(int) const
 {
     return false;

@@ -59,6 +59,9 @@ public:
     virtual QList<NamedValue> eventValues(const QString &function) const;
     virtual std::optional<ValueType> eventResult(const QString &function) const;
 
+    // Whether a function is named after a window or component that has no such event.
+    virtual bool isUnknownEvent(const QString &function) const;
+
     // Whether a merged line belongs to the file of global constants.
     virtual bool isInConstantsFile(int line) const;
 };

@@ -306,6 +306,10 @@ SemanticType SemanticWalk::commandCall(const Node *node, const QString &name)
     const QList<CommandOverload> overloads = info ? overloadsOf(*info) : QList<CommandOverload>();
     if (overloads.isEmpty()) {
         arguments(node, [](int) { return true; });
+        // A type word called as a function turns a value into that type.
+        const bool converts = valueTypeOf(name) != ValueType::Unknown;
+        if (converts && argumentCount(node) == 0)
+            report(CheckMessage::TooFewArguments, node, {name, QStringLiteral("（值）")});
         return result;
     }
     const int given = argumentCount(node);
@@ -415,7 +419,8 @@ void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
             return;
         const Node *argument = node->children.at(i + 1);
         if (isPlaceholder(argument)) {
-            if (!parameter->optional && i < overload.parameters.size())
+            const bool isRepeated = i >= overload.parameters.size();
+            if (!parameter->optional || isRepeated)
                 report(CheckMessage::EmptyArgument, node, {name, ordinal(i)});
         } else if (parameter->callback) {
             const bool isMarked =

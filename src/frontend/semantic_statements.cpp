@@ -229,6 +229,10 @@ void SemanticWalk::switchStatement(const Node *node)
             subject = value(child);
             continue;
         }
+        const bool isEmpty = child->type == Parser::Case && !child->label &&
+                             child->metadata.value(Meta::literalType).isEmpty();
+        if (isEmpty)
+            report(CheckMessage::LabelWithoutValue, child);
         if (child->label) {
             const SemanticType label = value(child->label);
             if (!fits(TypePair::Compare, subject, label))

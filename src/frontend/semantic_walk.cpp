@@ -156,11 +156,21 @@ void SemanticWalk::checkClass(const Node *node)
     for (const Node *child : node->children) {
         m_line = lineOf(child);
         if (child->type == Parser::VarDecl)
-            initialType(child, m_symbols.declaredType(child));
+            checkProperty(child);
         else if (child->type == Parser::FunctionDecl)
             checkFunction(child, symbol);
     }
     m_class = nullptr;
+}
+
+void SemanticWalk::checkProperty(const Node *node)
+{
+    const int messagesBefore = m_messages.size();
+    const SemanticType declared = m_symbols.declaredType(node);
+    const SemanticType given = initialType(node, declared);
+    if (m_messages.size() == messagesBefore && !node->children.isEmpty() &&
+        !fits(TypePair::Initialize, declared, given))
+        reportMismatch(node, declared, given, node->value, node->children.first());
 }
 
 void SemanticWalk::checkFunction(const Node *node, const ClassSymbolTable *owner)
@@ -175,11 +185,14 @@ void SemanticWalk::checkFunction(const Node *node, const ClassSymbolTable *owner
     if (const auto result = isEvent ? m_context.eventResult(node->value) : std::nullopt)
         m_function.result = {*result, QString()};
     m_line = lineOf(node);
+    // What an event would hand over is not known when there is no such event.
+    m_isMuted = isEvent && m_context.isUnknownEvent(node->value);
     m_scopes.emplace_back();
     declareParameters(m_function, isEvent);
     block(bodyOf(node));
     popScope();
     m_scopes.clear();
+    m_isMuted = false;
     m_class = outer;
     m_function = {};
 }
@@ -251,6 +264,8 @@ void SemanticWalk::report(CheckMessage message, const Node *place, const QString
 void SemanticWalk::reportNear(CheckMessage message, const Node *place, const QString &nearText,
                               const QStringList &arguments)
 {
+    if (m_isMuted)
+        return;
     // Errors are not crowded out by warnings.
     const bool warns = isWarning(message);
     int &count = warns ? m_warnings : m_errors;

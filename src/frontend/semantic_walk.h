@@ -58,6 +58,7 @@ private:
     void checkGlobals();
     SemanticType inferredGlobalType(const Node *node, const SemanticType &given) const;
     void checkClass(const Node *node);
+    void checkProperty(const Node *node);
     void checkFunction(const Node *node, const ClassSymbolTable *owner);
     void declareParameters(const FunctionSymbol &function, bool isEvent);
     void checkEventParameters(const FunctionSymbol &function, const QList<NamedValue> &values);
@@ -170,5 +171,6 @@ private:
     const ClassSymbolTable *m_class = nullptr;
     FunctionSymbol m_function;
     int m_line = 0;
+    bool m_isMuted = false;
     int m_globalOrder = -1; // of the global whose initial value is walked
 };
