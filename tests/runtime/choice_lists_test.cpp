@@ -1,4 +1,5 @@
 // Combo boxes, list boxes and the item functions that list views, trees and tabs share.
+#include "36_geometry.h"
 #include "76_list_sizes.h"
 #include "window_test.h"
 
@@ -213,6 +214,12 @@ void testComboHeight()
         CHECK_EQ(height(combo), 44);
         SetWindowPos(combo, NULL, 20, 20, 180, 44, SWP_NOZORDER);
         CHECK_EQ(height(combo), 44);
+        CHECK(droppedHeight(combo) >= 8 * item);
+        VL_SetWidth(combo, 160);
+        CHECK_EQ(VL_GetHeight(combo), 44);
+        VL_SetHeight(combo, 50);
+        CHECK_EQ(VL_GetHeight(combo), 50);
+        CHECK_EQ(VL_GetWidth(combo), 160);
         CHECK(droppedHeight(combo) >= 8 * item);
         DestroyWindow(combo);
     }

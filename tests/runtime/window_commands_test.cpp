@@ -150,6 +150,15 @@ void opacityAndTopmost()
     CHECK((GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0);
     CHECK(VL_SetWindowTopmost(window, false));
     CHECK_EQ(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST, 0L);
+    // Windows that belong to it go along.
+    const HWND owned =
+        CreateWindowExW(0, WC_STATICW, L"", WS_POPUP, 0, 0, 10, 10, window, NULL, NULL, NULL);
+    CHECK(VL_SetWindowTopmost(window));
+    for (const HWND each : {window, owned})
+        CHECK((GetWindowLongW(each, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0);
+    CHECK(VL_SetWindowTopmost(window, false));
+    CHECK_EQ(GetWindowLongW(window, GWL_EXSTYLE) & WS_EX_TOPMOST, 0L);
+    DestroyWindow(owned);
 }
 
 // A bitmap of 2 by 1 pixels, red and blue.

@@ -1,5 +1,7 @@
 #include "34_window_state.h"
 
+#include <richedit.h>
+
 namespace vl_window_state {
 namespace {
 
@@ -103,10 +105,29 @@ void repaint(HWND window)
     RedrawWindow(window, NULL, NULL, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
+// A rich edit knows no font but formats; the one that all of its text has to begin with.
+LOGFONTW richFontOf(HWND edit)
+{
+    CHARFORMATW format = {};
+    format.cbSize = sizeof(format);
+    SendMessageW(edit, EM_GETCHARFORMAT, SCF_DEFAULT, (LPARAM)&format);
+    LOGFONTW font = {};
+    font.lfCharSet = DEFAULT_CHARSET;
+    lstrcpynW(font.lfFaceName, format.szFaceName, LF_FACESIZE);
+    font.lfHeight = -MulDiv(format.yHeight, VL_GetDpiForScaling(edit), 1440);
+    font.lfWeight = format.dwEffects & CFE_BOLD ? FW_BOLD : FW_NORMAL;
+    font.lfItalic = (format.dwEffects & CFE_ITALIC) != 0;
+    font.lfUnderline = (format.dwEffects & CFE_UNDERLINE) != 0;
+    font.lfStrikeOut = (format.dwEffects & CFE_STRIKEOUT) != 0;
+    return font;
+}
+
 LOGFONTW logFontOf(HWND control)
 {
     LOGFONTW font = {};
     HFONT current = (HFONT)SendMessageW(control, WM_GETFONT, 0, 0);
+    if (!current && VL_HasClass(control, L"RICHEDIT50W"))
+        return richFontOf(control);
     if (!current)
         current = (HFONT)GetStockObject(DEFAULT_GUI_FONT);
     GetObjectW(current, sizeof(font), &font);

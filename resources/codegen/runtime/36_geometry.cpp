@@ -166,7 +166,7 @@ HWND VL_ToWindow(const VL_Any &window)
 
 bool VL_IsDropDown(HWND control)
 {
-    return VL_HasClass(control, WC_COMBOBOXW) &&
+    return VL_HasClass(control, WC_COMBOBOXW) && !GetPropW(control, L"VL_KeepsHeight") &&
            (GetWindowLongW(control, GWL_STYLE) & CBS_DROPDOWNLIST) != CBS_SIMPLE;
 }
 

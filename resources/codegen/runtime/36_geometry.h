@@ -24,7 +24,8 @@ void VL_SetBounds(HWND window, int x, int y, int width, int height);
 SIZE VL_FrameSize(HWND window);
 
 // Of combo boxes with a list that opens: the height of both as Windows tells it, and placing one in
-// its parent (in pixels, with that height).
+// its parent (in pixels, with that height). One with the window property "VL_KeepsHeight" keeps the
+// list's height by itself and counts as an ordinary control.
 bool VL_IsDropDown(HWND control);
 int VL_GetOpenedHeight(HWND combo);
 void VL_PlaceDropDown(HWND combo, const RECT &place);

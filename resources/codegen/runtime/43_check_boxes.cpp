@@ -234,16 +234,17 @@ bool VL_IsCheckBoxThreeState(HWND button)
 void VL_SetCheckBoxThreeState(HWND button, bool on)
 {
     using namespace vl_check_boxes;
-    if (!VL_HasClass(button, WC_BUTTONW) || VL_OfferOption(button, L"threeState", L"", on))
+    if (!VL_HasClass(button, WC_BUTTONW))
+        return;
+    if (!on && stateOf(button) == 2)
+        VL_SetCheckState(button, 1);
+    if (VL_OfferOption(button, L"threeState", L"", on))
         return;
     const LONG type = typeOf(button);
     const bool isCheckBox = type == BS_CHECKBOX || type == BS_AUTOCHECKBOX || type == BS_3STATE ||
                             type == BS_AUTO3STATE;
-    if (!isCheckBox)
-        return;
-    if (!on && stateOf(button) == 2)
-        VL_SetCheckState(button, 1);
-    SendMessageW(button, BM_SETSTYLE, on ? BS_AUTO3STATE : BS_AUTOCHECKBOX, TRUE);
+    if (isCheckBox)
+        SendMessageW(button, BM_SETSTYLE, on ? BS_AUTO3STATE : BS_AUTOCHECKBOX, TRUE);
 }
 
 std::wstring VL_GetCheckAlign(HWND button)

@@ -102,6 +102,12 @@ UINT placingFlags(HWND window)
     return SWP_NOZORDER | SWP_NOACTIVATE | (isOwnProcess(window) ? 0 : SWP_ASYNCWINDOWPOS);
 }
 
+bool placeTopmost(HWND window, bool on, UINT flags)
+{
+    return SetWindowPos(window, on ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
+                        SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | flags) != FALSE;
+}
+
 struct Hierarchy
 {
     HWND tree = NULL;
@@ -300,10 +306,23 @@ bool VL_CenterWindow(const VL_Any &window)
 
 bool VL_SetWindowTopmost(const VL_Any &window, bool on)
 {
+    using namespace vl_window_commands;
     const HWND handle = VL_ToWindow(window);
-    const UINT async = handle && vl_window_commands::isOwnProcess(handle) ? 0 : SWP_ASYNCWINDOWPOS;
-    return handle && SetWindowPos(handle, on ? HWND_TOPMOST : HWND_NOTOPMOST, 0, 0, 0, 0,
-                                  SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | async);
+    if (!handle || !isOwnProcess(handle))
+        return handle && placeTopmost(handle, on, SWP_ASYNCWINDOWPOS);
+    const bool done = placeTopmost(handle, on, 0);
+    const bool isTopmost = (GetWindowLongW(handle, GWL_EXSTYLE) & WS_EX_TOPMOST) != 0;
+    if (!on || isTopmost)
+        return done;
+    // Wine puts the window below those that belong to it, such as tool tips, and makes it topmost
+    // only where another topmost window comes next.
+    placeTopmost(handle, false, 0);
+    const HWND next = CreateWindowExW(WS_EX_TOOLWINDOW, WC_STATICW, L"", WS_POPUP, 0, 0, 0, 0, NULL,
+                                      NULL, NULL, NULL);
+    placeTopmost(next, true, 0);
+    placeTopmost(handle, true, 0);
+    DestroyWindow(next);
+    return done;
 }
 
 bool VL_MaximizeWindow(const VL_Any &window)

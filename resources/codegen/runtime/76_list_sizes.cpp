@@ -79,8 +79,10 @@ LRESULT CALLBACK comboProcedure(HWND combo, UINT message, WPARAM wParam, LPARAM 
                                 DWORD_PTR)
 {
     ComboSize *size = VL_FindExtra<ComboSize>(combo);
-    if (message == WM_NCDESTROY)
+    if (message == WM_NCDESTROY) {
+        RemovePropW(combo, L"VL_KeepsHeight");
         RemoveWindowSubclass(combo, comboProcedure, kSubclass);
+    }
     if (!size || size->busy)
         return DefSubclassProc(combo, message, wParam, lParam);
     if (message == WM_WINDOWPOSCHANGING && size->height > 0) {
@@ -237,6 +239,7 @@ void VL_PrepareComboBox(HWND combo, int height, int maxItems)
     if (!size)
         return;
     size->height = (std::max)(0, VL_ScaleY(combo, (std::min)(height, 10000)));
+    SetPropW(combo, L"VL_KeepsHeight", (HANDLE)(intptr_t)(size->height > 0));
     if (maxItems > 0)
         size->items = (std::min)(maxItems, 100);
     applyComboSize(combo, size);

@@ -83,7 +83,7 @@ void paintGround(VL_Surface &surface, const VL_LabelLook &look, VL_ImageLayer &p
         SelectClipRgn(surface.dc(), region);
         DeleteObject(region);
     }
-    picture.blendTo(surface.dc(), {0, 0, width, height}, VL_ImageMode::Stretch, look.dpi);
+    picture.blendTo(surface.dc(), {0, 0, width, height}, look.pictureMode, look.dpi);
     RestoreDC(surface.dc(), saved);
 }
 

@@ -23,6 +23,7 @@ struct VL_LabelLook
     int wordWrap = 0;
     int autoSize = 0;
     int padding = 0;
+    VL_ImageMode pictureMode = VL_ImageMode::Stretch;
 
     int textColor = 0;
     int backColor = -1;

@@ -295,6 +295,8 @@ LRESULT setImage(HWND window, Label &label, const VL_ControlImage *image)
 {
     if (!image)
         return 0;
+    if (!image->mode.empty())
+        label.look.pictureMode = VL_ImageModeOf(image->mode);
     if (image->bytes) {
         label.picturePath.clear();
         label.picture.setImage(VL_OpenImage(*image->bytes));
@@ -410,7 +412,7 @@ bool handleLook(HWND window, Label &label, UINT message, WPARAM wParam, LPARAM l
     case VL_WM_GET_IMAGE:
         if (wParam) {
             ((VL_ControlImage *)wParam)->path = label.picturePath;
-            ((VL_ControlImage *)wParam)->mode = VL_ImageModeText(VL_ImageMode::Stretch);
+            ((VL_ControlImage *)wParam)->mode = VL_ImageModeText(label.look.pictureMode);
             result = 1;
         }
         return true;

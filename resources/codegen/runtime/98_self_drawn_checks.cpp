@@ -143,6 +143,22 @@ void setHot(HWND control, bool hot)
     InvalidateRect(control, NULL, FALSE);
 }
 
+// Takes part in the settings of check boxes; false for all others.
+bool setOption(HWND control, const VL_ControlOption &option)
+{
+    const std::wstring name = option.name;
+    if (name == L"checkAlign") {
+        SetPropW(control, L"VL_VlwinCheckRight", (HANDLE)(intptr_t)option.number);
+    } else if (name == L"threeState" && kindOf(control) != VL_VLWIN_OD_RADIO) {
+        const int kind = option.number ? VL_VLWIN_OD_3STATE : VL_VLWIN_OD_CHECKBOX;
+        SetPropW(control, kKind, (HANDLE)(intptr_t)kind);
+    } else {
+        return false;
+    }
+    InvalidateRect(control, NULL, FALSE);
+    return true;
+}
+
 // True when `result` is the answer.
 bool answer(HWND control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT *result)
 {
@@ -150,6 +166,9 @@ bool answer(HWND control, UINT message, WPARAM wParam, LPARAM lParam, LRESULT *r
     switch (message) {
     case BM_GETCHECK:
         *result = stateOf(control);
+        return true;
+    case VL_WM_SET_OPTION:
+        *result = lParam && setOption(control, *(const VL_ControlOption *)lParam);
         return true;
     case BM_SETCHECK:
         setState(control, (int)wParam);
