@@ -1,8 +1,11 @@
 // Merges the command record files into the one catalogue that the program embeds.
 //
-// Usage: merge_commands OUTPUT INPUT.json...
-// Each input is a JSON array of the records of one top category. What is wrong with a file ends
-// the build with the file's name.
+// Usage: merge_commands OUTPUT [--components MEMBERS.json EVENTS.json] INPUT.json...
+// Each input is a JSON array of the records of one top category. The records of window components
+// come from the generator's tables of their members and events. What is wrong with a file ends the
+// build with the file's name.
+#include "component_records.h"
+
 #include <QCoreApplication>
 #include <QFile>
 #include <QHash>
@@ -65,15 +68,38 @@ public:
         return QString();
     }
 
+    QString addComponents(const QString &membersPath, const QString &eventsPath)
+    {
+        const auto table = [](const QString &path) {
+            QFile file(path);
+            return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
+                                                  : QJsonObject();
+        };
+        const QJsonObject members = table(membersPath);
+        const QJsonObject events = table(eventsPath);
+        if (members.isEmpty() || events.isEmpty())
+            return QStringLiteral("no JSON object");
+        const QJsonArray records = componentRecords(members, events);
+        for (const QJsonValue &value : records) {
+            const QString problem = addRecord(value.toObject());
+            if (!problem.isEmpty())
+                return problem;
+        }
+        return QString();
+    }
+
     QString addRecord(const QJsonObject &record)
     {
         const QString name = text(record, "name");
         const QString missing = missingPart(record);
         if (!missing.isEmpty())
             return QStringLiteral("a record lacks its %1: %2").arg(missing, name);
-        if (m_names.contains(name))
+        // A component's property and event may have the same name.
+        const bool isMember = !text(record, "memberOf").isEmpty();
+        const QString identity = isMember ? name + text(record, "type") : name;
+        if (m_names.contains(identity))
             return QStringLiteral("recorded twice: ") + name;
-        m_names.insert(name);
+        m_names.insert(identity);
         m_commands.append(record);
         return QString();
     }
@@ -119,11 +145,19 @@ int main(int argc, char *argv[])
 {
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
-    if (arguments.size() < 2)
-        return fail(QStringLiteral("usage: merge_commands OUTPUT INPUT.json..."));
+    const bool withComponents = arguments.value(2) == QLatin1String("--components");
+    if (arguments.size() < (withComponents ? 5 : 2))
+        return fail(QStringLiteral("usage: merge_commands OUTPUT [--components MEMBERS.json "
+                                   "EVENTS.json] INPUT.json..."));
 
     Merger merger;
-    for (const QString &path : arguments.mid(2)) {
+    if (withComponents) {
+        const QString problem = merger.addComponents(arguments.at(3), arguments.at(4));
+        if (!problem.isEmpty())
+            return fail(
+                QStringLiteral("%1, %2: %3").arg(arguments.at(3), arguments.at(4), problem));
+    }
+    for (const QString &path : arguments.mid(withComponents ? 5 : 2)) {
         const QString problem = merger.addFile(path);
         if (!problem.isEmpty())
             return fail(path + QLatin1String(": ") + problem);

@@ -19,7 +19,7 @@ struct CommandInfo
     QString note;
     QStringList parameters;
     QString cppFunction;
-    QString type;     // "常量" or "语法" where the record is no command
+    QString type; // "常量", "语法", "属性", "方法" or "事件" where the record is no command
     QString memberOf; // the component type whose member the record describes
     QStringList aliases;
 

@@ -36,9 +36,16 @@ QSet<int> toTypes(const QJsonValue &value)
     return types;
 }
 
-// "int _VL_x=横坐标"
-EventParameter toEventParameter(const QString &text)
+// A parameter without the explanation behind it.
+QString declarationOf(const QString &parameter)
 {
+    return parameter.section(QChar(0xFF1A), 0, 0);
+}
+
+// "int _VL_x=横坐标：…"
+EventParameter toEventParameter(const QString &row)
+{
+    const QString text = declarationOf(row);
     const QString declaration = text.section(QLatin1Char('='), 0, 0);
     EventParameter parameter;
     parameter.type = declaration.section(QLatin1Char(' '), 0, -2);
@@ -73,9 +80,10 @@ ComponentEvent toEvent(const QJsonObject &row)
     return event;
 }
 
-// "整数 宽度=100", "文本... 各列内容"
-MethodParameter toMethodParameter(const QString &text)
+// "整数 宽度=100：…", "文本... 各列内容：…"
+MethodParameter toMethodParameter(const QString &row)
 {
+    const QString text = declarationOf(row);
     const QString declaration = text.section(QLatin1Char('='), 0, 0);
     MethodParameter parameter;
     parameter.type = declaration.section(QLatin1Char(' '), 0, 0);

@@ -231,7 +231,7 @@ private:
     QString componentValue(const QString &wanted, const QString &text, ValueType given,
                            const Node *place, const QString &what);
     QString componentCall(const Node *node, const ComponentRef &component);
-    QString balloonCall(const Node *node, const ComponentRef &component);
+    bool refusesBalloon(const Node *node);
     QString methodText(const ComponentMethod &method, const QString &handle,
                        const QStringList &arguments) const;
     QStringList methodArguments(const Node *node, const ComponentRef &component,

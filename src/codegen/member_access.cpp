@@ -228,8 +228,10 @@ QString Generation::componentCall(const Node *node, const ComponentRef &componen
     const QString name = callee->value.trimmed();
     const int given = node->children.size() - 1;
     const ComponentTables &tables = ComponentTables::instance();
-    if (name == QStringLiteral("显示气球提示") || name == QLatin1String("showBalloonTip"))
-        return balloonCall(node, component);
+    const bool balloon =
+        name == QStringLiteral("显示气球提示") || name == QLatin1String("showBalloonTip");
+    if (balloon && refusesBalloon(node))
+        return QStringLiteral("(void)0");
     const ComponentMethod *method = tables.method(component.type, name, given);
     if (!method) {
         QString handler = eventHandlerCall(node, component);
@@ -281,31 +283,18 @@ QStringList Generation::methodArguments(const Node *node, const ComponentRef &co
     return arguments;
 }
 
-// A bubble beside an edit: "内容", or "标题" and "内容".
-QString Generation::balloonCall(const Node *node, const ComponentRef &component)
+// Reports a balloon that would show nothing.
+bool Generation::refusesBalloon(const Node *node)
 {
-    const int given = node->children.size() - 1;
-    if (given == 0) {
+    if (node->children.size() < 2) {
         report(GeneratorMessage::balloonWithoutText, lineOf(node), {});
-        return QStringLiteral("(void)0");
+        return true;
     }
     const Node *first = node->children.at(1);
     const bool emptyFirst =
         isEmptyArgument(first) || (first->type == Parser::Literal && first->value.isEmpty() &&
                                    first->metadata.value(Meta::literalType) == Meta::literalString);
-    if (emptyFirst) {
+    if (emptyFirst)
         report(GeneratorMessage::balloonEmptyFirst, lineOf(node), {});
-        return QStringLiteral("(void)0");
-    }
-    QStringList arguments;
-    for (int i = 1; i <= given; ++i) {
-        const Node *argument = node->children.at(i);
-        arguments << componentValue(i <= 2 ? QStringLiteral("文本") : QStringLiteral("整数"),
-                                    expression(argument), inferType(argument), argument,
-                                    QStringLiteral("显示气球提示() 的参数"));
-    }
-    if (given == 1)
-        arguments.prepend(QStringLiteral("std::wstring()"));
-    return QLatin1String("VL_Edit_ShowBalloonTip(") + usedHandle(component) + QLatin1String(", ") +
-           arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    return emptyFirst;
 }

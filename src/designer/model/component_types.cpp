@@ -109,6 +109,12 @@ const VLWinControlTypeInfo *vlwinControlTypeOfClassic(int classicType)
     return nullptr;
 }
 
+QString vlwinControlDisplayName(int type)
+{
+    const VLWinControlTypeInfo *info = vlwinControlType(type);
+    return info ? QStringLiteral("自绘") + info->nameBase : QStringLiteral("未知");
+}
+
 int classicTypeOfVlwin(int type)
 {
     const VLWinControlTypeInfo *info = vlwinControlType(type);

@@ -68,6 +68,8 @@ const std::vector<VLWinControlTypeInfo> &vlwinControlTypes();
 const VLWinControlTypeInfo *vlwinControlType(int type);
 // The self-drawn twin of a classic type, or null.
 const VLWinControlTypeInfo *vlwinControlTypeOfClassic(int classicType);
+// "自绘按钮": the name that tells it from its classic twin. "未知" for a number that has no type.
+QString vlwinControlDisplayName(int type);
 // NoComponentType for a number that has no type.
 int classicTypeOfVlwin(int type);
 
