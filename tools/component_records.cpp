@@ -282,6 +282,9 @@ QJsonObject recordOf(const Member &member)
         if (row.contains(QLatin1String(key)))
             record.insert(QLatin1String(key), row.value(QLatin1String(key)));
     }
+    // An event that code does not cause waits for a person.
+    if (member.kind == Kind::Event && !row.contains(QLatin1String("output")))
+        record.insert(QStringLiteral("unattended"), false);
     return record;
 }
 

@@ -81,11 +81,6 @@ std::unique_ptr<FormDocument> formOf(const Family &family)
         form = std::make_unique<VlwinDocument>();
     else
         form = std::make_unique<VuiDocument>();
-    const auto remove = [&form] {
-        while (form->entryCount() > 0)
-            form->remove(0);
-    };
-    remove();
     form->append(component(VL::Window, QStringLiteral("主窗口"), {10, 10, 1000, 700}));
     int count = 0;
     const auto add = [&](int type, const QString &base, int width, int height) {
@@ -271,6 +266,7 @@ void ComponentExamplesTest::events()
     const Family types = family(form);
     QString calls;
     QString functions;
+    int compiledOnly = 0;
     QMap<QString, QString> expected;
     for (const QJsonObject &record : recordsOf(types, true)) {
         const QString name = text(record, "name");
@@ -279,13 +275,16 @@ void ComponentExamplesTest::events()
             continue;
         }
         functions += text(record, "example") + QLatin1Char('\n');
-        if (!record.contains(QLatin1String("cause")))
+        if (!record.contains(QLatin1String("cause"))) {
+            ++compiledOnly;
             continue;
+        }
         const QString cause = QStringLiteral("原因%1").arg(expected.size());
         functions += QStringLiteral("函数 %1() {\n%2\n}\n").arg(cause, text(record, "cause"));
         calls += QStringLiteral("    输出(\"%1%2\")\n    %3()\n").arg(kMark, name, cause);
         expected.insert(name, text(record, "output"));
     }
+    qInfo().noquote() << compiledOnly << "examples of events are only compiled";
     const QMap<QString, QString> actual = run(types, startOf(types, calls) + functions);
     QStringList wrong;
     for (auto it = expected.begin(); it != expected.end(); ++it) {
