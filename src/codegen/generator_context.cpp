@@ -3,7 +3,6 @@
 
 #include "codegen/generator_tables.h"
 #include "codegen/names.h"
-#include "designer/model/component_types.h"
 
 namespace {
 
@@ -18,7 +17,7 @@ bool isColour(const QString &name)
 
 NamedComponent named(const ComponentRef &component)
 {
-    return {component.type, component.type == VL::Window};
+    return {component.type};
 }
 
 } // namespace
@@ -26,7 +25,7 @@ NamedComponent named(const ComponentRef &component)
 GeneratorContext::GeneratorContext(const QList<WindowRecord> &windows,
                                    const CommandLibrary &commands,
                                    std::function<bool(int)> isConstantsLine)
-    : m_windows(windows), m_commands(commands), m_isConstantsLine(std::move(isConstantsLine))
+    : ProgramContext(commands), m_windows(windows), m_isConstantsLine(std::move(isConstantsLine))
 {}
 
 const CommandInfo *GeneratorContext::command(const QString &name) const
@@ -70,16 +69,6 @@ std::optional<ValueType> GeneratorContext::constant(const QString &name) const
     return GeneratorTables::instance().commandText(name).isEmpty()
                ? std::nullopt
                : std::optional<ValueType>(ValueType::Unknown);
-}
-
-QStringList GeneratorContext::knownNames() const
-{
-    QStringList names;
-    for (const CommandInfo &info : m_commands.allCommands()) {
-        if (info.memberOf.isEmpty())
-            names << info.name << info.aliases;
-    }
-    return names;
 }
 
 std::optional<NamedComponent> GeneratorContext::component(const QString &name) const

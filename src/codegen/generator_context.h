@@ -18,7 +18,6 @@ public:
     bool isCommand(const QString &name) const override;
     ValueType commandResult(const QString &name) const override;
     std::optional<ValueType> constant(const QString &name) const override;
-    QStringList knownNames() const override;
 
     std::optional<NamedComponent> component(const QString &name) const override;
     std::optional<NamedComponent> component(const QString &window,
@@ -37,6 +36,5 @@ private:
     const ComponentEvent *eventOf(const QString &function) const;
 
     ProgramWindows m_windows;
-    const CommandLibrary &m_commands;
     std::function<bool(int)> m_isConstantsLine;
 };

@@ -14,6 +14,7 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QSet>
 
 using BuildMessage::text;
 using Severity = BuildDiagnostic::Severity;
@@ -176,8 +177,34 @@ bool BuildPipeline::Run::checkTree()
         return QFileInfo(locate(m_lineMap, line).file).fileName() == constantsFile;
     };
     const auto context = m_pipeline.generator().programContext(isConstantsLine);
-    reportMessages(checkSemantics(m_tree.get(), m_parser.classRegistry(), *context));
+    const QList<SourceMessage> messages =
+        checkSemantics(m_tree.get(), m_parser.classRegistry(), *context);
+    reportMessages(messages);
+    if (!m_errors.isEmpty())
+        reportFurtherErrors(messages);
     return endIfErrors();
+}
+
+// What the generator alone would refuse, so that one build tells all; on lines of which nothing has
+// been said.
+void BuildPipeline::Run::reportFurtherErrors(const QList<SourceMessage> &told)
+{
+    QSet<int> toldLines;
+    for (const SourceMessage &message : told) {
+        if (!message.isWarning)
+            toldLines.insert(message.line);
+    }
+    CodeGenerator &generator = m_pipeline.generator();
+    generator.setClassRegistry(m_parser.classRegistry());
+    generator.generate(m_tree.get());
+    QStringList further;
+    const QStringList errors = generator.errors();
+    for (const QString &error : errors) {
+        const int line = lineOfMessage(error);
+        if (line > 0 && !toldLines.contains(line))
+            further << error;
+    }
+    reportMessages(further, Severity::Error);
 }
 
 void BuildPipeline::Run::registerWindows()

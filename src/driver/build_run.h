@@ -31,6 +31,7 @@ private:
     bool parse();
     QList<SourceMessage> bracketMessages() const;
     bool checkTree();
+    void reportFurtherErrors(const QList<SourceMessage> &told);
     bool generate();
     void registerWindows();
     QStringList windowNames() const;

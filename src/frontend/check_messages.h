@@ -29,6 +29,7 @@ enum class CheckMessage : int
     UnknownName,         // name, suggestion
     UnknownType,         // word, suggestion
     FunctionWithoutCall, // name
+    MethodWithoutCall,   // object.method
     CommandWithoutCall,  // name
     ClassAsValue,        // name
     NoSuchMember,        // class, member, suggestion
@@ -68,6 +69,8 @@ enum class CheckMessage : int
     ValueOfNothing,     // function
     OperandType,        // type, sign, advice
     LogicalOperand,     // type, sign
+    NegationOperand,    // type
+    UseOfType,          // statement or sign, type
     ConditionType,      // word, type
     StepType,           // sign, type
     NoElements,         // expression, type

@@ -1,9 +1,25 @@
 // The answers for a program without windows, as the catalogue gives them.
 #include "frontend/program_context.h"
 
+namespace {
+
+// The names of the records that `isWanted` picks.
+template <typename Predicate>
+QStringList namesOf(const CommandLibrary &commands, Predicate isWanted)
+{
+    QStringList names;
+    for (const CommandInfo &info : commands.allCommands()) {
+        if (isWanted(info))
+            names << info.name << info.aliases;
+    }
+    return names;
+}
+
+} // namespace
+
 const CommandInfo *ProgramContext::command(const QString &name) const
 {
-    const CommandInfo *info = CommandLibrary::builtin().commandInfo(name);
+    const CommandInfo *info = m_commands.commandInfo(name);
     return info && info->isCallable() ? info : nullptr;
 }
 
@@ -15,19 +31,20 @@ ValueType ProgramContext::commandResult(const QString &name) const
 
 std::optional<ValueType> ProgramContext::constant(const QString &name) const
 {
-    const CommandInfo *info = CommandLibrary::builtin().commandInfo(name);
+    const CommandInfo *info = m_commands.commandInfo(name);
     if (!info || !info->isConstant())
         return std::nullopt;
     return valueTypeOf(info->returnType);
 }
 
-QStringList ProgramContext::knownNames() const
+QStringList ProgramContext::commandNames() const
 {
-    QStringList names;
-    const QList<CommandInfo> &commands = CommandLibrary::builtin().allCommands();
-    for (const CommandInfo &info : commands)
-        names << info.name << info.aliases;
-    return names;
+    return namesOf(m_commands, [](const CommandInfo &info) { return info.isCallable(); });
+}
+
+QStringList ProgramContext::constantNames() const
+{
+    return namesOf(m_commands, [](const CommandInfo &info) { return info.isConstant(); });
 }
 
 std::optional<NamedComponent> ProgramContext::component(const QString &) const

@@ -22,7 +22,6 @@ struct NamedValue
 struct NamedComponent
 {
     int type = 0;
-    bool isWindow = false;
 };
 
 // Commands, named constants, windows and components. The answers of this class are those for a
@@ -30,7 +29,10 @@ struct NamedComponent
 class ProgramContext
 {
 public:
-    ProgramContext() = default;
+    // `commands` must outlive the context.
+    explicit ProgramContext(const CommandLibrary &commands = CommandLibrary::builtin())
+        : m_commands(commands)
+    {}
     virtual ~ProgramContext() = default;
     ProgramContext(const ProgramContext &) = delete;
     ProgramContext &operator=(const ProgramContext &) = delete;
@@ -43,8 +45,9 @@ public:
     virtual ValueType commandResult(const QString &name) const;
     // A name that stands for a value, such as "#蓝"; none for anything else.
     virtual std::optional<ValueType> constant(const QString &name) const;
-    // Names to suggest: commands and constants.
-    virtual QStringList knownNames() const;
+    // Names to suggest.
+    QStringList commandNames() const;
+    QStringList constantNames() const;
 
     virtual std::optional<NamedComponent> component(const QString &name) const;
     // A component of another window, "窗口.组件".
@@ -64,4 +67,7 @@ public:
 
     // Whether a merged line belongs to the file of global constants.
     virtual bool isInConstantsFile(int line) const;
+
+protected:
+    const CommandLibrary &m_commands;
 };

@@ -133,7 +133,7 @@ SemanticType SemanticWalk::unknownCall(const Node *node, const Node *callee)
         report(CheckMessage::CallOfVariable, callee, {name});
         return kNoType;
     }
-    QString hint = suggestion(name);
+    QString hint = suggestion(name, Purpose::Call);
     hint = hint.isEmpty() ? QStringLiteral("自己的函数要先写出来：函数 %1() { … }。").arg(name)
                           : hint.mid(1, hint.size() - 2); // without the brackets
     report(CheckMessage::UnknownFunction, callee, {name, hint});
@@ -419,7 +419,8 @@ void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
             return;
         const Node *argument = node->children.at(i + 1);
         if (isPlaceholder(argument)) {
-            const bool isRepeated = i >= overload.parameters.size();
+            // What is repeated has no value of its own to stand in.
+            const bool isRepeated = overload.variadic && i + 1 >= overload.parameters.size();
             if (!parameter->optional || isRepeated)
                 report(CheckMessage::EmptyArgument, node, {name, ordinal(i)});
         } else if (parameter->callback) {

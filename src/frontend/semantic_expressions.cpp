@@ -3,6 +3,7 @@
 
 #include "frontend/class_index.h"
 #include "frontend/metadata.h"
+#include "frontend/name_suggestion.h"
 
 namespace {
 
@@ -59,11 +60,20 @@ ValueType arithmeticType(const QString &sign, ValueType left, ValueType right)
     return ValueType::Any;
 }
 
-// How a value can be made to fit.
-QString conversionAdvice(ValueType given)
+// How a text can be made to fit where `wanted` is asked for.
+QString conversionAdvice(ValueType given, ValueType wanted = ValueType::Unknown)
 {
-    return given == ValueType::Text ? QStringLiteral("，请先用 到整数(...) 或 到小数(...) 转换成数")
-                                    : QString();
+    if (wanted == ValueType::Text)
+        return QStringLiteral("，请先用 到文本(...) 转换成文本");
+    if (given != ValueType::Text)
+        return QString();
+    if (wanted == ValueType::Int)
+        return QStringLiteral("，请先用 到整数(...) 转换成整数");
+    if (wanted == ValueType::Double)
+        return QStringLiteral("，请先用 到小数(...) 转换成小数");
+    if (wanted == ValueType::Bool)
+        return QStringLiteral("，请先用 到逻辑(...) 转换成逻辑");
+    return QStringLiteral("，请先用 到整数(...) 或 到小数(...) 转换成数");
 }
 
 } // namespace
@@ -205,7 +215,7 @@ SemanticType SemanticWalk::globalName(const Node *node, const GlobalSymbol &glob
 
 SemanticType SemanticWalk::unknownName(const Node *node)
 {
-    report(CheckMessage::UnknownName, node, {node->value, suggestion(node->value)});
+    report(CheckMessage::UnknownName, node, {node->value, suggestion(node->value, Purpose::Value)});
     return kNoType;
 }
 
@@ -273,7 +283,7 @@ SemanticType SemanticWalk::unary(const Node *node)
     }
     if (isNegation(node->value)) {
         if (!m_rules.fits(TypeUse::Condition, type.kind))
-            report(CheckMessage::LogicalOperand, node, {wordOfType(type), QStringLiteral("非")});
+            report(CheckMessage::NegationOperand, node, {wordOfType(type)});
         return plain(ValueType::Bool);
     }
     if (m_rules.fits(TypeUse::Negate, type.kind))
@@ -317,8 +327,7 @@ SemanticType SemanticWalk::index(const Node *node)
             return kNoType;
         }
         if (!m_rules.fits(TypeUse::Negate, keyType.kind))
-            report(CheckMessage::OperandType, key,
-                   {wordOfType(keyType), QStringLiteral("[ ]"), QString()});
+            report(CheckMessage::UseOfType, key, {QStringLiteral("[ ]"), wordOfType(keyType)});
     }
     switch (base.kind) {
     case ValueType::Array:
@@ -397,11 +406,12 @@ SemanticType SemanticWalk::member(const Node *node, Access access)
     if (method != symbol->methods.cend()) {
         if (!symbol->node)
             return method->result;
-        report(CheckMessage::FunctionWithoutCall, node,
+        report(CheckMessage::MethodWithoutCall, node,
                {nameOf(object) + QLatin1Char('.') + node->value});
         return kNoType;
     }
-    report(CheckMessage::NoSuchMember, node, {symbol->name, node->value, suggestion(node->value)});
+    const QString close = closestName(node->value, symbol->properties.keys());
+    report(CheckMessage::NoSuchMember, node, {symbol->name, node->value, asked(close)});
     return kNoType;
 }
 
@@ -466,7 +476,7 @@ void SemanticWalk::reportMismatch(const Node *place, const SemanticType &to,
         report(CheckMessage::HandleAsValue, place, {wordOfType(to), name, nameOf(value)});
     else
         report(CheckMessage::AssignmentMismatch, place,
-               {wordOfType(to), name, wordOfType(from), conversionAdvice(from.kind)});
+               {wordOfType(to), name, wordOfType(from), conversionAdvice(from.kind, to.kind)});
 }
 
 void SemanticWalk::checkAssignment(const Node *node, const SemanticType &to,

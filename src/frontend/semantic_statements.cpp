@@ -236,8 +236,8 @@ void SemanticWalk::switchStatement(const Node *node)
         if (child->label) {
             const SemanticType label = value(child->label);
             if (!fits(TypePair::Compare, subject, label))
-                report(CheckMessage::OperandType, child->label,
-                       {wordOfType(subject), QStringLiteral("选择"), QString()});
+                report(CheckMessage::UseOfType, child->label,
+                       {QStringLiteral("选择"), wordOfType(subject)});
         }
         if (!child->children.isEmpty())
             scopedBlock(child->children.first());
@@ -267,8 +267,7 @@ void SemanticWalk::loopStatement(const Node *node)
         } else {
             const SemanticType type = value(child);
             if (!m_rules.fits(TypeUse::Negate, type.kind))
-                report(CheckMessage::OperandType, child,
-                       {wordOfType(type), QStringLiteral("循环"), QString()});
+                report(CheckMessage::UseOfType, child, {QStringLiteral("循环"), wordOfType(type)});
         }
     }
     popScope();
@@ -290,8 +289,7 @@ void SemanticWalk::forEachStatement(const Node *node)
     if (source && source->type != Parser::Block) {
         const SemanticType type = value(source);
         if (!m_rules.fits(TypeUse::Elements, type.kind))
-            report(CheckMessage::OperandType, source,
-                   {wordOfType(type), QStringLiteral("遍历"), QString()});
+            report(CheckMessage::UseOfType, source, {QStringLiteral("遍历"), wordOfType(type)});
     }
     for (const QString &key : {Meta::indexVar, Meta::elementVar}) {
         const QString name = node->metadata.value(key);

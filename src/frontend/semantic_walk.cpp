@@ -207,8 +207,9 @@ void SemanticWalk::declareParameters(const FunctionSymbol &function, bool isEven
         for (const Node *child : parameter.node->children)
             value(child);
         declareLocal(parameter.node, parameter.type, true);
-        // Who calls an event function or a callback decides what it is given.
-        if (isEvent || m_callbacks.contains(normalizedName(function.name)))
+        // Who calls an event function or a callback decides what it is given; a reference gives
+        // something back.
+        if (isEvent || parameter.reference || m_callbacks.contains(normalizedName(function.name)))
             findLocal(parameter.name)->isUsed = true;
     }
     if (!isEvent)
@@ -284,36 +285,47 @@ void SemanticWalk::reportNear(CheckMessage message, const Node *place, const QSt
     m_messages << SourceMessage{line, 0, QString(), checkText(last, line), warns};
 }
 
+QString SemanticWalk::asked(const QString &name)
+{
+    return name.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(name);
+}
+
 // "（是否指 名字？）" or nothing.
-QString SemanticWalk::suggestion(const QString &name)
+QString SemanticWalk::suggestion(const QString &name, Purpose purpose)
 {
     QStringList locals;
-    for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
-        for (const QString &key : qAsConst(scope->order))
-            locals << (scope->locals[key].node ? scope->locals[key].node->value : key);
+    if (purpose == Purpose::Value) {
+        for (auto scope = m_scopes.rbegin(); scope != m_scopes.rend(); ++scope) {
+            for (const QString &key : qAsConst(scope->order))
+                locals << (scope->locals[key].node ? scope->locals[key].node->value : key);
+        }
     }
     QString close = closestName(name, locals);
     if (close.isEmpty()) {
-        const auto known = m_suggestions.constFind(name);
-        close = known != m_suggestions.cend()
-                    ? *known
-                    : *m_suggestions.insert(name, closestName(name, globalNames()));
+        QHash<QString, QString> &known = m_suggestions[int(purpose)];
+        const auto found = known.constFind(name);
+        close = found != known.cend()
+                    ? *found
+                    : *known.insert(name,
+                                    closestName(name, purpose == Purpose::Value ? valueNames()
+                                                                                : callableNames()));
     }
-    return close.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(close);
+    return asked(close);
 }
 
-QStringList SemanticWalk::globalNames() const
+QStringList SemanticWalk::valueNames() const
 {
-    QStringList names;
-    if (m_class) {
-        for (const Node *child : m_class->node->children)
-            names << child->value;
-    }
+    QStringList names = m_class ? m_class->properties.keys() : QStringList();
     for (const GlobalSymbol &global : m_symbols.globals())
         names << (m_context.isInConstantsFile(lineOf(global.node)) ? QLatin1Char('#') + global.name
                                                                    : global.name);
-    return names + m_symbols.functionNames() + m_symbols.classNames() + m_context.componentNames() +
-           m_context.knownNames();
+    return names + m_context.componentNames() + m_context.constantNames();
+}
+
+QStringList SemanticWalk::callableNames() const
+{
+    const QStringList methods = m_class ? m_class->methods.keys() : QStringList();
+    return methods + m_symbols.functionNames() + m_symbols.classNames() + m_context.commandNames();
 }
 
 QString SemanticWalk::wordOfType(const SemanticType &type) const
@@ -354,6 +366,7 @@ void SemanticWalk::declareLocal(const Node *node, const SemanticType &type, bool
     local.node = node;
     local.type = type;
     local.isParameter = isParameter;
+    local.isUsed = known != scope.locals.cend(); // one message about it is enough
     scope.locals.insert(form, local);
 }
 

@@ -49,6 +49,12 @@ private:
         Read,
         Write, // is no use of a variable
     };
+    // What a name stands for where it is unknown.
+    enum class Purpose
+    {
+        Value,
+        Call,
+    };
     using Types = QList<SemanticType>;
 
     // --- the program as a whole (semantic_walk.cpp) ---
@@ -69,8 +75,10 @@ private:
     void reportNear(CheckMessage message, const Node *place, const QString &nearText,
                     const QStringList &arguments = {});
     int lineOf(const Node *node) const;
-    QString suggestion(const QString &name);
-    QStringList globalNames() const;
+    static QString asked(const QString &name);
+    QString suggestion(const QString &name, Purpose purpose);
+    QStringList valueNames() const;
+    QStringList callableNames() const;
     QString wordOfType(const SemanticType &type) const;
 
     // --- scopes (semantic_walk.cpp) ---
@@ -162,9 +170,9 @@ private:
     QSet<QString> m_reported;
     int m_errors = 0;
     int m_warnings = 0;
-    QSet<QString> m_callbacks;   // functions whose name is passed on
-    QSet<QString> m_usedGlobals; // by name in NFKC
-    QHash<QString, QString> m_suggestions;
+    QSet<QString> m_callbacks;                // functions whose name is passed on
+    QSet<QString> m_usedGlobals;              // by name in NFKC
+    QHash<QString, QString> m_suggestions[2]; // for each purpose
     QHash<QString, QList<CommandOverload>> m_overloads;
     std::vector<Scope> m_scopes;
     // Where the walk is.
