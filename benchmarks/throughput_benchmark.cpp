@@ -1,6 +1,8 @@
-// Measures lexer, parser and generator on generated projects and prints a table.
+// Measures lexer, parser, checks and generator on generated projects and prints a table.
 #include "codegen/code_generator.h"
 #include "frontend/parser.h"
+#include "frontend/program_context.h"
+#include "frontend/semantic_checks.h"
 #include "project_source.h"
 
 #include <QElapsedTimer>
@@ -83,6 +85,22 @@ double generationSeconds(const Parser::ASTNode &tree, const Parser &parser)
     return seconds;
 }
 
+double checkSeconds(const Parser::ASTNode &tree, const Parser &parser)
+{
+    CodeGenerator generator;
+    generator.registerImplicitWindow();
+    QElapsedTimer timer;
+    timer.start();
+    const auto context = generator.programContext([](int) { return false; });
+    const QList<SourceMessage> messages = checkSemantics(&tree, parser.classRegistry(), *context);
+    const double seconds = double(timer.nsecsElapsed()) / 1e9;
+    for (const SourceMessage &message : messages) {
+        if (!message.isWarning)
+            qFatal("The generated source is refused: %s", qPrintable(message.text));
+    }
+    return seconds;
+}
+
 void measureProject(int wantedLines)
 {
     const QString source = projectSource(wantedLines);
@@ -95,6 +113,7 @@ void measureProject(int wantedLines)
     // Deleting the tree is part of what a build pays for it, but not of parsing.
     std::unique_ptr<Parser::ASTNode> tree;
     double parsing = 0;
+    double checking = 0;
     double generating = 0;
     for (int i = 0; i < repetitions; ++i) {
         tree.reset();
@@ -106,12 +125,15 @@ void measureProject(int wantedLines)
         parsing = i == 0 ? seconds : qMin(parsing, seconds);
         if (!parser.errors().isEmpty())
             qFatal("The generated source has an error: %s", qPrintable(parser.errors().first()));
+        const double check = checkSeconds(*tree, parser);
+        checking = i == 0 ? check : qMin(checking, check);
         const double generation = generationSeconds(*tree, parser);
         generating = i == 0 ? generation : qMin(generating, generation);
     }
     printRow(QStringLiteral("parse"), lines, source, parsing);
+    printRow(QStringLiteral("check"), lines, source, checking);
     printRow(QStringLiteral("generate"), lines, source, generating);
-    printRow(QStringLiteral("all"), lines, source, lexing + parsing + generating);
+    printRow(QStringLiteral("all"), lines, source, lexing + parsing + checking + generating);
 }
 
 } // namespace

@@ -49,6 +49,17 @@ bool opensBlock(const QList<Token> &tokens, int name)
     return close >= 0 && tokens.at(close + 1).type == Lexer::LeftBrace;
 }
 
+// "( … ) {" that no word of a statement leads.
+bool isHeadless(const QList<Token> &tokens, int open)
+{
+    if (open == 0 || tokens.at(open).type != Lexer::LeftParen)
+        return false;
+    const Token &before = tokens.at(open - 1);
+    const bool begins = before.type == Lexer::LeftBrace || before.type == Lexer::RightBrace;
+    const int close = begins ? closingParenthesis(tokens, open) : -1;
+    return close >= 0 && tokens.at(close + 1).type == Lexer::LeftBrace;
+}
+
 // "( )" that belongs to no name.
 bool isLonelyPair(const QList<Token> &tokens, int open)
 {
@@ -105,6 +116,9 @@ QList<SourceMessage> checkHeaders(const QList<Token> &tokens)
         if (isNameless)
             messages << message(token, QStringLiteral("“函数”后面缺少函数名，例如：函数 %1() { … }")
                                            .arg(QStringLiteral("计算")));
+        else if (isHeadless(tokens, i))
+            messages << message(
+                token, QStringLiteral("括号前面缺少 如果、否则如果、循环、当、遍历 或 选择"));
         else if (isLonelyPair(tokens, i))
             messages << message(token, QStringLiteral("括号前面缺少函数名、命令名或方法名"));
         else if (opensBlock(tokens, i))
