@@ -316,6 +316,12 @@ QString Generation::commandCall(const Node *node, const QString &name, const QSt
         return special;
     QStringList arguments = commandArguments(node, cppFunction, info);
     completeArguments(arguments, cppFunction);
+    // What was left open must have something that stands in.
+    const int open = arguments.indexOf(QString());
+    if (open >= 0) {
+        report(GeneratorMessage::emptyArgument, lineOf(node),
+               {name, QString::number(open + 1), parameterName(QString(), open + 1)});
+    }
     // A value such as "VL_GetTempDir()" is complete as it stands.
     if (arguments.isEmpty() && cppFunction.endsWith(QLatin1Char(')')))
         return cppFunction;

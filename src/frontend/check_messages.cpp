@@ -106,6 +106,8 @@ constexpr Row rows[] = {
     {CheckMessage::AssignmentMismatch, Grade::Error, u"%2 %3赋值类型不匹配，这里的值是%4%5"},
     {CheckMessage::AssignmentWithoutValue, Grade::Error, u"%2变量赋值错误"},
     {CheckMessage::AssignmentTarget, Grade::Error, u"“=”左边必须是变量、属性或数组元素"},
+    {CheckMessage::TextElementAssigned, Grade::Error,
+     u"文本 %2 里的单个字符不能这样改。请用 替换、取子串 等命令得到新的文本，再赋给 %2。"},
     {CheckMessage::ReadOnlyProperty, Grade::Error, u"属性 %2.%3 只能读取，不能赋值"},
     {CheckMessage::ValueOfNothing, Grade::Error, u"%2() 没有返回值，不能当作值使用"},
     {CheckMessage::OperandType, Grade::Error, u"%2类型的值不能做“%3”运算%4"},

@@ -65,18 +65,19 @@ enum class CheckMessage : int
     AssignmentMismatch,     // type, name, type of the value, advice
     AssignmentWithoutValue, // name
     AssignmentTarget,
-    ReadOnlyProperty,   // object, property
-    ValueOfNothing,     // function
-    OperandType,        // type, sign, advice
-    LogicalOperand,     // type, sign
-    NegationOperand,    // type
-    UseOfType,          // statement or sign, type
-    ConditionType,      // word, type
-    StepType,           // sign, type
-    NoElements,         // expression, type
-    ElementByText,      // type
-    DictionaryVariable, // type, name
-    HandleAsValue,      // type, name, component
+    TextElementAssigned, // name
+    ReadOnlyProperty,    // object, property
+    ValueOfNothing,      // function
+    OperandType,         // type, sign, advice
+    LogicalOperand,      // type, sign
+    NegationOperand,     // type
+    UseOfType,           // statement or sign, type
+    ConditionType,       // word, type
+    StepType,            // sign, type
+    NoElements,          // expression, type
+    ElementByText,       // type
+    DictionaryVariable,  // type, name
+    HandleAsValue,       // type, name, component
     LabelWithoutValue,
     ObjectInArray,
     ArrayValue,        // name, form

@@ -18,6 +18,12 @@ bool isPlaceholder(const Node *node)
     return node->type == Parser::Literal && node->flag(Meta::isEmpty);
 }
 
+// "&名称"
+bool isFunctionReference(const Node *node)
+{
+    return node->type == Parser::Identifier && node->flag(Meta::callbackRef);
+}
+
 int argumentCount(const Node *call)
 {
     return call->children.size() - 1;
@@ -188,7 +194,8 @@ void SemanticWalk::checkUserArguments(const Node *node, const FunctionSymbol &fu
         }
         if (parameter.reference)
             checkReference(argument, function, i, types.at(i));
-        else if (!fits(TypePair::Initialize, parameter.type, types.at(i)))
+        else if (isFunctionReference(argument) ||
+                 !fits(TypePair::Initialize, parameter.type, types.at(i)))
             report(CheckMessage::ArgumentNeedsType, argument,
                    {function.name, ordinal(i), wordOfType(parameter.type)});
     }
@@ -424,9 +431,7 @@ void SemanticWalk::checkCommandArguments(const Node *node, const QString &name,
             if (!parameter->optional || isRepeated)
                 report(CheckMessage::EmptyArgument, node, {name, ordinal(i)});
         } else if (parameter->callback) {
-            const bool isMarked =
-                argument->type == Parser::Identifier && argument->flag(Meta::callbackRef);
-            if (!isMarked)
+            if (!isFunctionReference(argument))
                 report(CheckMessage::CallbackWithoutMark, argument, {name, QString::number(i + 1)});
         } else if (parameter->reference && !isChangeable(argument, *parameter, types.at(i))) {
             report(CheckMessage::ReferenceNeedsVariable, argument,
@@ -454,6 +459,11 @@ bool SemanticWalk::isChangeable(const Node *argument, const CommandParameter &pa
 void SemanticWalk::checkCommandArgument(const Node *argument, const QString &name, int position,
                                         const CommandParameter &parameter, const SemanticType &type)
 {
+    if (isFunctionReference(argument)) {
+        report(CheckMessage::ArgumentNeedsType, argument,
+               {name, ordinal(position), parameter.types.join(QLatin1Char('/'))});
+        return;
+    }
     if (!type.isKnown() || type.kind == ValueType::Any || type.kind == ValueType::Handle)
         return;
     QList<ValueType> wanted;

@@ -321,7 +321,9 @@ SemanticType SemanticWalk::index(const Node *node)
         report(CheckMessage::NoElements, node, {nameOf(node), wordOfType(base)});
         return kNoType;
     }
-    if (base.isKnown() && base.kind != ValueType::Any && keyType.isKnown()) {
+    if (keyType.kind == ValueType::Object)
+        report(CheckMessage::UseOfType, key, {QStringLiteral("[ ]"), wordOfType(keyType)});
+    else if (base.isKnown() && base.kind != ValueType::Any && keyType.isKnown()) {
         if (keyType.kind == ValueType::Text) {
             report(CheckMessage::ElementByText, key, {wordOfType(base)});
             return kNoType;
@@ -484,6 +486,10 @@ void SemanticWalk::checkAssignment(const Node *node, const SemanticType &to,
 {
     const Node *left = node->children.at(0);
     const Node *right = node->children.at(1);
+    if (left->type == Parser::Index && to.kind == ValueType::Text) {
+        report(CheckMessage::TextElementAssigned, left, {nameOf(left)});
+        return;
+    }
     const bool isMember = left->type == Parser::Member;
     const QString name = isMember && !left->children.isEmpty()
                              ? nameOf(left->children.first()) + QLatin1Char('.') + left->value
