@@ -24,6 +24,14 @@ QString parameterName(const QString &name, int position)
     return name.isEmpty() ? QStringLiteral("参数%1").arg(position) : name;
 }
 
+// Whether a command changes the variable that it is handed first.
+bool changesFirst(const CommandInfo &info)
+{
+    const QList<CommandOverload> overloads = readCommandSyntax(info.syntax);
+    return !overloads.isEmpty() && !overloads.first().parameters.isEmpty() &&
+           overloads.first().parameters.first().reference;
+}
+
 bool acceptsType(const CommandParameter &parameter, ValueType argument)
 {
     if (argument == ValueType::Unknown || argument == ValueType::Any)
@@ -327,7 +335,24 @@ QString Generation::commandCall(const Node *node, const QString &name, const QSt
         return cppFunction;
     const bool rounds = cppFunction == QLatin1String("VL_Round") && arguments.size() == 2;
     const QString function = rounds ? QStringLiteral("VL_RoundTo") : cppFunction;
+    if (info && node->children.size() > 1 && isEntry(node->children.at(1)) && changesFirst(*info))
+        return changedEntryCall(node, function, arguments, *info);
     return callText(node, function, arguments);
+}
+
+// An entry of a dictionary is read, changed and written back.
+QString Generation::changedEntryCall(const Node *node, const QString &function,
+                                     QStringList arguments, const CommandInfo &info)
+{
+    arguments[0] = QStringLiteral("__vl_v");
+    const QString call =
+        function + QLatin1Char('(') + arguments.join(QLatin1String(", ")) + QLatin1Char(')');
+    const bool givesNothing = valueTypeOf(info.returnType) == ValueType::Void;
+    return QLatin1String("([&]() { auto&& __vl_i = ") + itemTarget(node->children.at(1)) +
+           QLatin1String("; VL_Any __vl_v = __vl_i; ") +
+           (givesNothing ? QString() : QStringLiteral("auto __vl_r = ")) + call +
+           QLatin1String("; __vl_i = __vl_v; ") +
+           (givesNothing ? QString() : QStringLiteral("return __vl_r; ")) + QLatin1String("}())");
 }
 
 QStringList Generation::plainArguments(const Node *node, int from)

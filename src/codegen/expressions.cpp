@@ -280,16 +280,26 @@ bool Generation::isDictionary(const Node *node) const
     return variable && variable->dictionary;
 }
 
+// Whether an index names an entry of a dictionary.
+bool Generation::isEntry(const Node *node) const
+{
+    if (node->type != Parser::Index || node->children.size() < 2)
+        return false;
+    const Node *base = node->children.at(0);
+    const Node *key = node->children.at(1);
+    const bool textKey = isStringLiteral(key) ||
+                         (inferType(key) == ValueType::Text && inferType(base) == ValueType::Any);
+    return textKey &&
+           (base->type != Parser::Identifier || isDictionary(base) || !isStringLiteral(key));
+}
+
 QString Generation::index(const Node *node)
 {
     if (node->children.size() < 2)
         return incomplete(node, QStringLiteral("["));
     const Node *base = node->children.at(0);
     const Node *key = node->children.at(1);
-    const bool textKey = isStringLiteral(key) ||
-                         (inferType(key) == ValueType::Text && inferType(base) == ValueType::Any);
-    if (textKey &&
-        (base->type != Parser::Identifier || isDictionary(base) || !isStringLiteral(key))) {
+    if (isEntry(node)) {
         const QString text = expression(base);
         return QLatin1String("VL_DictGet(") + text + QLatin1String(", ") + expression(key) +
                QLatin1Char(')');

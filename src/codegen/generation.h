@@ -151,6 +151,7 @@ private:
     bool isOverloaded(const Node *operation);
     QString unary(const Node *node);
     QString ternary(const Node *node);
+    bool isEntry(const Node *node) const;
     QString index(const Node *node);
     // `mayBeTable`: a literal of literals is a table; else an array that holds arrays.
     QString arrayLiteral(const Node *node, bool mayBeTable = true);
@@ -186,6 +187,8 @@ private:
     QString methodCall(const Node *node, const ClassSymbol &symbol);
     QString commandCall(const Node *node, const QString &name, const QString &cppFunction,
                         const CommandInfo *info);
+    QString changedEntryCall(const Node *node, const QString &function, QStringList arguments,
+                             const CommandInfo &info);
     QString unknownCall(const Node *node, const QString &name);
     QStringList filledArguments(const Node *node, const FunctionSignature &signature,
                                 const QString &owner);
