@@ -92,6 +92,7 @@ public:
         // The word that stood for the type of a declaration, a parameter or a result and names
         // none.
         QString unknownType;
+        int unknownTypeColumn = 0;
     };
 
     // `name` as written in source, `cppName` the C++ member, `type` a Chinese type word for
@@ -216,8 +217,8 @@ private:
     Expression parseArrayValue(int dimensions);
     Node parseClassInstance();
     bool atClassName() const;
-    // The word at hand, if it is none that names a type.
-    QString unknownTypeWord() const;
+    // Keeps the word at hand, if it is none that names a type.
+    void noteUnknownType(ASTNode *declaration) const;
 
     // Functions: parser_functions.cpp.
     Node parseFunction();

@@ -51,7 +51,8 @@ Parser::Node Parser::parseProperty()
 {
     advance();
     QString type = typeText(kind(), TypePlace::Property);
-    const QString unknownType = unknownTypeWord();
+    Node property = newUnlinedNode(VarDecl);
+    noteUnknownType(property.get());
     if (at(Lexer::Identifier))
         type = atClassName() ? cppNameOfClass(current().text) : QStringLiteral("VL_Any");
     if (type.isNull()) {
@@ -63,9 +64,8 @@ Parser::Node Parser::parseProperty()
         report(ParserMessage::MissingPropertyName);
         return nullptr;
     }
-    Node property = newUnlinedNode(VarDecl);
+    property->standAt(current());
     property->value = current().text;
-    property->unknownType = unknownType;
     property->metadata.insert(Meta::varType, type);
     property->metadata.insert(Meta::classProperty, Meta::flagOn);
     advance();
@@ -107,7 +107,7 @@ Parser::Node Parser::parseMethod(const QString &className)
     }
     expect(Lexer::RightParen, ParserMessage::MissingCloseParen);
     match(Lexer::Return);
-    method->unknownType = unknownTypeWord();
+    noteUnknownType(method.get());
     method->metadata.insert(Meta::returnType, parseMethodReturnType());
     parseRoutineBody(method.get());
     return method;

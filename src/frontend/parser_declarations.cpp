@@ -138,12 +138,14 @@ bool Parser::atClassName() const
     return at(Lexer::Identifier) && !findClassKey(current().text).isEmpty();
 }
 
-QString Parser::unknownTypeWord() const
+void Parser::noteUnknownType(ASTNode *declaration) const
 {
     // The one type word that is no keyword.
     static const QString any = QStringLiteral("任意");
-    const bool isUnknown = at(Lexer::Identifier) && !atClassName() && current().text != any;
-    return isUnknown ? current().text : QString();
+    if (!at(Lexer::Identifier) || atClassName() || current().text == any)
+        return;
+    declaration->unknownType = current().text;
+    declaration->unknownTypeColumn = current().column;
 }
 
 // instance: class name [ "=" expression ]

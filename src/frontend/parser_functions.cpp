@@ -40,7 +40,7 @@ Parser::Node Parser::parseFunction()
     }
     expect(Lexer::RightParen, ParserMessage::ExpectedCloseParen);
     match(Lexer::Return);
-    function->unknownType = unknownTypeWord();
+    noteUnknownType(function.get());
     function->metadata.insert(Meta::returnType, parseFunctionReturnType());
     parseRoutineBody(function.get());
     return function;
@@ -168,7 +168,7 @@ Parser::ParameterResult Parser::parseMethodParameter(ASTNode *method)
 bool Parser::parseMethodParameterType(ASTNode *parameter)
 {
     QString type = untyped();
-    parameter->unknownType = unknownTypeWord();
+    noteUnknownType(parameter);
     if (isTypeWord(kind(), TypePlace::MethodParameter))
         type = current().text;
     else if (atClassName())

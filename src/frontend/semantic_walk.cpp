@@ -77,7 +77,8 @@ void SemanticWalk::checkTypeWords(const Node *node)
                                 QStringLiteral("字节集"), QStringLiteral("通用"),
                                 QStringLiteral("数组"),   QStringLiteral("空")};
         const QString close = closestName(node->unknownType, words + m_symbols.classNames());
-        Node place(node->type, lineOf(node)); // the line only: the word stands beside the name
+        Node place(node->type, lineOf(node));
+        place.sourceColumn = node->unknownTypeColumn;
         reportNear(CheckMessage::UnknownType, &place, node->unknownType,
                    {node->unknownType,
                     close.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(close)});
