@@ -121,8 +121,11 @@ private:
     void line(int index, bool isRepaired)
     {
         const BlockEvent &event = m_events.at(index);
-        if (m_blocks.isEmpty())
+        if (m_blocks.isEmpty()) {
+            // What is indented should lie in a block.
+            m_disagreements += event.column > 1 ? 1 : 0;
             return;
+        }
         OpenBlock &block = m_blocks.last();
         const bool isOutdented = event.column <= block.indent && block.firstColumn > block.indent;
         const bool isMisplaced = (event.kind == BlockEvent::Member && m_blocks.size() > 1) ||
