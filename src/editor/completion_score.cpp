@@ -10,8 +10,9 @@ namespace {
 
 // More names than a large project has; beyond it the cache starts anew.
 constexpr int mostCachedNames = 20000;
-// Shorter words have neighbours everywhere.
+// Shorter words have neighbours everywhere; comparing longer ones takes its time.
 constexpr int shortestMisspelt = 3;
+constexpr int longestMisspelt = 64;
 constexpr int mostMistakes = 2;
 
 // A Latin beginning typed as it stands, the rest of the name by its initials: "jsonjx".
@@ -48,9 +49,9 @@ int constantScore(const CompletionQuery &query, const CompletionName &name)
 
 int misspeltScore(const QString &query, const QString &initials)
 {
-    const bool isComparable = query.size() >= shortestMisspelt &&
-                              initials.size() >= shortestMisspelt &&
-                              qAbs(query.size() - initials.size()) <= mostMistakes;
+    const bool isComparable =
+        query.size() >= shortestMisspelt && initials.size() >= shortestMisspelt &&
+        query.size() <= longestMisspelt && qAbs(query.size() - initials.size()) <= mostMistakes;
     if (!isComparable)
         return 0;
     const int distance = levenshtein(query, initials);
