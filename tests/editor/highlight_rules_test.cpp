@@ -65,6 +65,7 @@ void HighlightRulesTest::line_data()
     row("escapes", R"(甲 = "a\"如果" + 1)", R"(string:"a\"如果" number:1)");
     row("single quotes", R"(甲 = '如果' + "it's" + 'b')",
         R"(string:'如果' string:"it's" string:'b')");
+    row("match that begins at the end of a string", R"("a"算(1))", R"(string:"a" number:1)");
     row("open string", R"(甲 = "如果)", "keyword:如果");
     row("address in a string", R"(甲 = "http://a/*b" + 1)", R"(string:"http://a/*b" number:1)");
 
