@@ -10,6 +10,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPointer>
+#include <QTabBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -48,6 +49,7 @@ OutputPanel::OutputPanel(QWidget *parent)
       m_help(new CommandHelpBrowser)
 {
     setDocumentMode(true);
+    tabBar()->setDrawBase(false);
     setAccessibleName(QStringLiteral("输出面板"));
     m_compileOutput->setAccessibleName(QStringLiteral("编译输出"));
     m_runOutput->setAccessibleName(QStringLiteral("运行输出"));
@@ -66,10 +68,11 @@ QWidget *OutputPanel::createRunPage()
     auto *page = new QWidget;
     QVBoxLayout *layout = pageLayout(page);
     m_input->setAccessibleName(QStringLiteral("程序输入"));
-    m_input->setFrame(false);
-    m_input->setTextMargins(6, 4, 6, 4);
     layout->addWidget(m_runOutput);
-    layout->addWidget(m_input);
+    auto *inputRow = new QVBoxLayout;
+    inputRow->setContentsMargins(4, 2, 4, 4);
+    inputRow->addWidget(m_input);
+    layout->addLayout(inputRow);
     return page;
 }
 

@@ -30,17 +30,9 @@ OutputTextEdit::OutputTextEdit(QWidget *parent) : QPlainTextEdit(parent)
     setFont(font);
     // The text ends with a line break, so an empty line stands at the end.
     setMaximumBlockCount(maxLines + 1);
-    holdCursor();
     m_timer.setSingleShot(true);
     m_timer.setInterval(portionInterval);
     connect(&m_timer, &QTimer::timeout, this, &OutputTextEdit::showPortion);
-}
-
-void OutputTextEdit::holdCursor()
-{
-    QTextCursor cursor = textCursor();
-    cursor.setKeepPositionOnInsert(true);
-    setTextCursor(cursor);
 }
 
 void OutputTextEdit::appendText(const QString &text, const QColor &color)
@@ -78,6 +70,11 @@ void OutputTextEdit::showWaiting(int count)
     const QTextCursor top(firstVisibleBlock());
     QTextCursor end(document());
     end.movePosition(QTextCursor::End);
+    const QTextCursor selection = textCursor();
+    const bool holdSelection =
+        selection.hasSelection() && selection.selectionEnd() == end.position();
+    QTextCursor oldEnd = end;
+    oldEnd.setKeepPositionOnInsert(true);
     end.beginEditBlock();
     while (count > 0 && !m_waiting.isEmpty()) {
         // Lines of one colour go in together.
@@ -91,9 +88,21 @@ void OutputTextEdit::showWaiting(int count)
         end.insertText(run, format);
     }
     end.endEditBlock();
+    if (holdSelection)
+        selectUpTo(oldEnd.position());
     // Whoever reads keeps his lines before him though old ones go at the top.
     QScrollBar *bar = verticalScrollBar();
     bar->setValue(hasFocus() ? top.block().firstLineNumber() : bar->maximum());
+}
+
+void OutputTextEdit::selectUpTo(int end)
+{
+    QTextCursor cursor = textCursor();
+    const int begin = cursor.selectionStart();
+    const bool isBackward = cursor.position() == begin;
+    cursor.setPosition(isBackward ? end : begin);
+    cursor.setPosition(isBackward ? begin : end, QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
 }
 
 void OutputTextEdit::clearOutput()
@@ -101,7 +110,6 @@ void OutputTextEdit::clearOutput()
     m_waiting.clear();
     m_timer.stop();
     clear();
-    holdCursor();
 }
 
 void OutputTextEdit::copySelectedOrAll()

@@ -40,12 +40,12 @@ private:
         QColor color;
     };
 
-    // A selection that reaches the end must not grow with what comes.
-    void holdCursor();
     void enqueue(const QString &line, const QColor &color);
     // Shows up to `count` of the waiting lines.
     void showWaiting(int count);
     void showPortion();
+    // Puts the end of the selection back: it must not grow with what comes.
+    void selectUpTo(int end);
     void tellLine(const QTextCursor &cursor);
 
     QQueue<Line> m_waiting;
