@@ -20,6 +20,8 @@ void applyDarkTheme(QApplication &application)
     palette.setColor(QPalette::Text, Qt::white);
     palette.setColor(QPalette::Button, surface);
     palette.setColor(QPalette::ButtonText, Qt::white);
+    // The lines that Fusion draws beside tabs and frames, white otherwise.
+    palette.setColor(QPalette::Light, QColor(75, 75, 75));
     palette.setColor(QPalette::Link, QColor(42, 130, 218));
     palette.setColor(QPalette::Highlight, QColor(42, 130, 218));
     palette.setColor(QPalette::HighlightedText, Qt::black);

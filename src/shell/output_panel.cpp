@@ -10,7 +10,6 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QPointer>
-#include <QTabBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
@@ -49,7 +48,6 @@ OutputPanel::OutputPanel(QWidget *parent)
       m_help(new CommandHelpBrowser)
 {
     setDocumentMode(true);
-    tabBar()->setDrawBase(false);
     setAccessibleName(QStringLiteral("输出面板"));
     m_compileOutput->setAccessibleName(QStringLiteral("编译输出"));
     m_runOutput->setAccessibleName(QStringLiteral("运行输出"));

@@ -1,5 +1,7 @@
 #include "shell/search_results_widget.h"
 
+#include <QTextDocument>
+
 namespace {
 
 enum Column
