@@ -88,13 +88,20 @@ SettingsFile::State SettingsFile::inspect(const QString &path)
     return State::Readable;
 }
 
+bool SettingsFile::isSystemFolder(const QString &programFolder)
+{
+#ifdef Q_OS_WIN
+    Q_UNUSED(programFolder)
+    return false;
+#else
+    return QDir::cleanPath(programFolder).startsWith(QLatin1String("/usr/"));
+#endif
+}
+
 bool SettingsFile::canWriteBeside(const QString &programFolder)
 {
-#ifndef Q_OS_WIN
-    // There only the package manager writes, even when the administrator runs the program.
-    if (QDir::cleanPath(programFolder).startsWith(QLatin1String("/usr/")))
+    if (isSystemFolder(programFolder))
         return false;
-#endif
     const QFileInfo file(programFolder + QLatin1String(fileInFolder));
     if (file.exists() && !file.isWritable())
         return false;

@@ -22,6 +22,10 @@ State inspect(const QString &path);
 // one folder share it.
 QString defaultPath();
 
+// Whether only the package manager writes in that folder, even when the administrator runs the
+// program.
+bool isSystemFolder(const QString &programFolder);
+
 // Whether "conf/vlide.ini" can be written in `programFolder`. Creates nothing that stays.
 bool canWriteBeside(const QString &programFolder);
 
