@@ -1,4 +1,5 @@
-// Renders an SVG picture as an icon file of all sizes that Windows shows: make_icon IN.svg OUT.ico
+// Renders an SVG picture as an icon file of all sizes that Windows shows, or as a picture of one
+// size (pixels): make_icon IN.svg OUT.ico|OUT.png [SIZE]
 #include <QBuffer>
 #include <QFile>
 #include <QGuiApplication>
@@ -8,6 +9,7 @@
 #include <QtEndian>
 
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -98,8 +100,11 @@ int main(int argc, char *argv[])
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     const QGuiApplication application(argc, argv);
-    if (argc != 3) {
-        std::fputs("usage: make_icon IN.svg OUT.ico\n", stderr);
+    const int size = argc == 4 ? std::atoi(argv[3]) : 0;
+    if (argc != 3 && (size < 1 || size > 1024)) {
+        std::fputs("usage: make_icon IN.svg OUT.ico\n"
+                   "       make_icon IN.svg OUT.png SIZE\n",
+                   stderr);
         return 2;
     }
     QSvgRenderer picture(QFile::decodeName(argv[1]));
@@ -107,7 +112,7 @@ int main(int argc, char *argv[])
         std::fprintf(stderr, "make_icon: cannot read %s\n", argv[1]);
         return 1;
     }
-    const QByteArray bytes = icon(picture);
+    const QByteArray bytes = size > 0 ? compressed(render(picture, size)) : icon(picture);
     QFile out(QFile::decodeName(argv[2]));
     if (!out.open(QIODevice::WriteOnly) || out.write(bytes) != bytes.size() || !out.flush()) {
         std::fprintf(stderr, "make_icon: cannot write %s\n", argv[2]);
