@@ -1,0 +1,146 @@
+// CodeEditor: the editor of source text.
+#pragma once
+
+#include "editor/indentation.h"
+#include "editor/line_marks.h"
+#include "editor/typing_rules.h"
+#include "settings/setting_keys.h"
+
+#include <QColor>
+#include <QPixmap>
+#include <QPlainTextEdit>
+#include <QSet>
+#include <QTextCursor>
+
+#include <functional>
+
+class LineNumberArea;
+class QMenu;
+class QTextBlock;
+
+// The colours of what the editor itself paints; the text's own are the highlighter's.
+struct EditorColors
+{
+    QColor background{Setting::colorKey(Setting::Color::Background).fallback};
+    QColor currentLine{Setting::colorKey(Setting::Color::CurrentLine).fallback};
+    QColor bracketMatch{Setting::colorKey(Setting::Color::BracketMatch).fallback};
+    QColor lineNumber{Setting::colorKey(Setting::Color::LineNumber).fallback};
+    QColor text{Setting::colorKey(Setting::Color::Text).fallback};
+    QColor breakpoint{0xE5, 0x14, 0x00};
+    QColor bookmark{0x37, 0x94, 0xFF};
+};
+
+// A plain text editor with a margin and the keys of typing_rules.h. Chinese punctuation outside of
+// strings becomes ASCII as soon as typing goes on behind it or leaves its line, but never while an
+// input method composes. Lines are counted from 1. Every action of the user is one step of undo.
+class CodeEditor : public QPlainTextEdit
+{
+    Q_OBJECT
+
+public:
+    explicit CodeEditor(QWidget *parent = nullptr);
+
+    QString filePath() const { return m_filePath; }
+    void setFilePath(const QString &path);
+
+    // Family and size before zooming.
+    void setCodeFont(const QFont &font);
+    void setIndentation(const Indentation &indentation);
+    void setColors(const EditorColors &colors);
+    // The picture under the text, 0 to 100 percent opaque; an empty path or one that holds no
+    // picture: none.
+    void setBackgroundImage(const QString &path, int opacityPercent);
+
+    QSet<int> breakpoints() const;
+    void setBreakpoints(const QSet<int> &lines);
+    QSet<int> bookmarks() const;
+
+    // What the margin asks its editor for.
+    int lineNumberAreaWidth() const;
+    void paintLineNumbers(QPaintEvent *event);
+    void pressLineNumberArea(QMouseEvent *event);
+
+    // The entries of the context menu; the caller owns it.
+    [[nodiscard]] QMenu *createContextMenu();
+
+    // Counts the margin in: the places of the base class are those of the viewport.
+    QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+
+public slots:
+    // Does nothing for a line that does not exist.
+    void toggleBreakpoint(int line);
+    void toggleBookmark();
+    // Search goes on at the other end of the document.
+    void goToNextBookmark();
+    void goToPreviousBookmark();
+    // The first or the last line for numbers out of range.
+    void goToLine(int line);
+
+    void duplicate();
+    void toggleLineComments();
+    void toggleBlockComment();
+    // Sets the selected lines into the statement `word`; see CodeTemplates::wrapWords().
+    void wrapSelection(const QString &word);
+    // Works on the cursor's line.
+    void convertChinesePunctuation();
+
+    // Points added to the size of the font, which stays between 6 and 72.
+    void zoomBy(int points);
+    void resetZoom();
+
+signals:
+    void cursorPositionInfo(int line, int column);
+    void filePathChanged(QString path);
+    void breakpointToggled(int line, bool enabled);
+    void findRequested();
+    void replaceRequested();
+
+protected:
+    void keyPressEvent(QKeyEvent *event) override;
+    void inputMethodEvent(QInputMethodEvent *event) override;
+    void contextMenuEvent(QContextMenuEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
+
+private slots:
+    void updateLineNumberAreaWidth(int newBlockCount);
+    void updateLineNumberArea(const QRect &rect, int dy);
+    void highlightCurrentLine();
+    void onCursorPositionChanged();
+
+private:
+    // The lines that the selection touches, and where they begin in the document.
+    struct Touched
+    {
+        TypingRules::State state;
+        int start = 0;
+    };
+
+    Touched touchedLines() const;
+    void apply(const TypingRules::Change &change, int start);
+    bool runShortcut(const QKeyEvent &event);
+    bool runEditingKey(const QKeyEvent &event);
+    void insertLineBreak();
+    bool convertsAfter(const QString &text) const;
+    void typeText(const QString &text, const std::function<void()> &insert);
+    void convertLine(const QTextBlock &block);
+    QTextBlock blockAt(int y) const;
+    void paintMarks(QPainter &painter, const QTextBlock &block, const QRect &line) const;
+    void applyFont();
+    QList<QTextEdit::ExtraSelection> bracketSelections() const;
+
+    QString m_filePath;
+    LineNumberArea *m_lineNumberArea;
+    Indentation m_indentation;
+    EditorColors m_colors;
+    QFont m_codeFont;
+    int m_zoom = 0;
+    QPixmap m_background;
+    QPixmap m_scaledBackground;
+    QSize m_scaledFor; // the size of the viewport that it fills
+    qreal m_backgroundOpacity = 0;
+    // In the line that has been typed in since the cursor came to it; null: none.
+    QTextCursor m_typedLine;
+    bool m_isComposing = false;
+};
