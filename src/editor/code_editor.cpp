@@ -11,24 +11,23 @@
 
 namespace {
 
-// What a shortcut of the editor itself does; those that edit wait for a text that may be edited.
+// What a shortcut of the editor itself does.
 struct Shortcut
 {
     int keys;
     void (CodeEditor::*run)();
-    bool edits;
 };
 
 const Shortcut kShortcuts[] = {
-    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_D, &CodeEditor::duplicate, true},
-    {int(Qt::CTRL) | Qt::Key_Slash, &CodeEditor::toggleLineComments, true},
-    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_Slash, &CodeEditor::toggleBlockComment, true},
+    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_D, &CodeEditor::duplicate},
+    {int(Qt::CTRL) | Qt::Key_Slash, &CodeEditor::toggleLineComments},
+    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_Slash, &CodeEditor::toggleBlockComment},
     // What Shift makes of the slash key on most keyboards.
-    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_Question, &CodeEditor::toggleBlockComment, true},
-    {int(Qt::CTRL) | Qt::Key_F2, &CodeEditor::toggleBookmark, false},
-    {Qt::Key_F2, &CodeEditor::goToNextBookmark, false},
-    {int(Qt::SHIFT) | Qt::Key_F2, &CodeEditor::goToPreviousBookmark, false},
-    {int(Qt::CTRL) | Qt::Key_0, &CodeEditor::resetZoom, false},
+    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_Question, &CodeEditor::toggleBlockComment},
+    {int(Qt::CTRL) | Qt::Key_F2, &CodeEditor::toggleBookmark},
+    {Qt::Key_F2, &CodeEditor::goToNextBookmark},
+    {int(Qt::SHIFT) | Qt::Key_F2, &CodeEditor::goToPreviousBookmark},
+    {int(Qt::CTRL) | Qt::Key_0, &CodeEditor::resetZoom},
 };
 
 // Whether the key writes its text. Ctrl+Alt is the AltGr of keyboards that write brackets with it.
@@ -144,6 +143,8 @@ CodeEditor::Touched CodeEditor::touchedLines() const
 
 void CodeEditor::apply(const TypingRules::Change &change, int start)
 {
+    if (isReadOnly())
+        return;
     QTextCursor cursor = textCursor();
     cursor.beginEditBlock();
     for (int i = change.replacements.size() - 1; i >= 0; --i) {
@@ -192,7 +193,7 @@ void CodeEditor::convertChinesePunctuation()
 void CodeEditor::convertLine(const QTextBlock &block)
 {
     const QString converted = withAsciiPunctuation(block.text());
-    if (m_isComposing || converted == block.text())
+    if (m_isComposing || isReadOnly() || converted == block.text())
         return;
     QTextCursor shown = textCursor();
     const int anchor = shown.anchor();
@@ -243,8 +244,9 @@ void CodeEditor::onCursorPositionChanged()
     if (!m_typedLine.isNull() && !m_isComposing && m_typedLine.block() != cursor.block()) {
         const QTextBlock left = m_typedLine.block();
         m_typedLine = QTextCursor();
-        // Undo that moves the cursor to another line must not lose its way back.
-        if (!document()->isRedoAvailable())
+        // Undo that moves the cursor to another line must not lose its way back, and where there is
+        // nothing to undo another text has taken the place of the one typed in.
+        if (document()->isUndoAvailable() && !document()->isRedoAvailable())
             convertLine(left);
     }
     highlightCurrentLine();
@@ -255,7 +257,7 @@ bool CodeEditor::runShortcut(const QKeyEvent &event)
 {
     const int keys = event.key() | int(event.modifiers() & ~Qt::KeypadModifier);
     for (const Shortcut &shortcut : kShortcuts) {
-        if (shortcut.keys == keys && !(shortcut.edits && isReadOnly())) {
+        if (shortcut.keys == keys) {
             (this->*shortcut.run)();
             return true;
         }

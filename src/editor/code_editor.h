@@ -76,10 +76,12 @@ public slots:
     // The first or the last line for numbers out of range.
     void goToLine(int line);
 
+    // None of these touches a text that is only for reading.
     void duplicate();
     void toggleLineComments();
     void toggleBlockComment();
-    // Sets the selected lines into the statement `word`; see CodeTemplates::wrapWords().
+    // Sets the selected lines into the statement `word`; see CodeTemplates::wrapWords(). Their
+    // marks are lost.
     void wrapSelection(const QString &word);
     // Works on the cursor's line.
     void convertChinesePunctuation();

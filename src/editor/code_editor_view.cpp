@@ -185,7 +185,6 @@ QList<QTextEdit::ExtraSelection> CodeEditor::bracketSelections() const
     for (const int place : {brackets->first, brackets->second}) {
         QTextEdit::ExtraSelection selection;
         selection.format.setForeground(m_colors.bracketMatch);
-        selection.format.setFontWeight(QFont::Bold);
         selection.cursor = QTextCursor(document());
         selection.cursor.setPosition(place);
         selection.cursor.setPosition(place + 1, QTextCursor::KeepAnchor);

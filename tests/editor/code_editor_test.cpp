@@ -25,6 +25,7 @@ private slots:
     void caretCountsTheMarginIn();
     void zoomsWithinItsRange();
     void menuFollowsTheSelection();
+    void pictureLiesUnderTheText();
 };
 
 void CodeEditorTest::breakpointsFollowTheirText_data()
@@ -223,6 +224,26 @@ void CodeEditorTest::menuFollowsTheSelection()
     QCOMPARE(enabled(), QStringLiteral("UAFH/BM"));
     editor.setReadOnly(true);
     QCOMPARE(enabled(), QStringLiteral("UAFM"));
+}
+
+void CodeEditorTest::pictureLiesUnderTheText()
+{
+    QTemporaryDir folder;
+    const QString path = folder.filePath(QStringLiteral("red.png"));
+    QImage picture(8, 8, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(path));
+
+    CodeEditor editor;
+    editor.resize(400, 300);
+    const auto shown = [&] { return editor.viewport()->grab().toImage().pixelColor(200, 200); };
+    const QColor plain = shown();
+    editor.setBackgroundImage(path, 100);
+    QCOMPARE(shown(), QColor(Qt::red));
+    editor.setBackgroundImage(path, 50);
+    QVERIFY(shown().red() > plain.red() && shown().red() < 255);
+    editor.setBackgroundImage(QString(), 100);
+    QCOMPARE(shown(), plain);
 }
 
 QTEST_MAIN(CodeEditorTest)

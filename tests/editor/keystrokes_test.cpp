@@ -17,6 +17,7 @@ private slots:
     void punctuation_data();
     void punctuation() { run(); }
     void undoOfAnotherLineKeepsRedo();
+    void anotherTextIsNotConverted();
     void readOnlyTextStays();
 
 private:
@@ -174,14 +175,25 @@ void KeystrokesTest::undoOfAnotherLineKeepsRedo()
     QCOMPARE(editor.toPlainText(), QStringLiteral("甲\n乙（"));
 }
 
+void KeystrokesTest::anotherTextIsNotConverted()
+{
+    CodeEditor editor;
+    EditorKeys::load(editor, QStringLiteral("甲|"));
+    EditorKeys::press(editor, QStringLiteral("，"));
+    EditorKeys::load(editor, QStringLiteral("|（\n乙"));
+    EditorKeys::press(editor, QStringLiteral("<Down>"));
+    QCOMPARE(editor.toPlainText(), QStringLiteral("（\n乙"));
+}
+
 void KeystrokesTest::readOnlyTextStays()
 {
     CodeEditor editor;
-    EditorKeys::load(editor, QStringLiteral("  ^如果|"));
+    EditorKeys::load(editor, QStringLiteral("  ^如果（|"));
     editor.setReadOnly(true);
     EditorKeys::press(editor,
                       QStringLiteral("(<Tab><Shift+Tab><Return><Ctrl+/><Ctrl+Shift+D><commit:(>"));
-    QCOMPARE(editor.toPlainText(), QStringLiteral("  如果"));
+    editor.convertChinesePunctuation();
+    QCOMPARE(editor.toPlainText(), QStringLiteral("  如果（"));
 }
 
 QTEST_MAIN(KeystrokesTest)
