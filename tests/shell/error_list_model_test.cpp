@@ -20,6 +20,8 @@ QStringList shownTexts(const ErrorListModel &model)
 
 } // namespace
 
+Q_DECLARE_METATYPE(Issue)
+
 class ErrorListModelTest : public QObject
 {
     Q_OBJECT
@@ -163,8 +165,6 @@ void ErrorListModelTest::cells()
     const Issue nowhere{IssueKind::Info, "乙", {}, 0, 0};
     QCOMPARE(nowhere.cells(), QStringList({"信息", "乙", "", "", ""}));
 }
-
-Q_DECLARE_METATYPE(Issue)
 
 QTEST_GUILESS_MAIN(ErrorListModelTest)
 #include "error_list_model_test.moc"
