@@ -91,7 +91,7 @@ void LogFileTest::fallsBack()
 void LogFileTest::worksWithoutAnyFile()
 {
     const QTemporaryDir folder;
-    const LogFile log({folder.path(), folder.path()});
+    const LogFile log({folder.path(), folder.path() + "/."});
     qInfo("lost");
     QCOMPARE(log.path(), QString());
 }
