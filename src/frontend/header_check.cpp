@@ -114,8 +114,8 @@ QList<SourceMessage> checkHeaders(const QList<Token> &tokens)
         const bool isNameless =
             token.type == Lexer::Function && tokens.at(i + 1).type != Lexer::Identifier;
         if (isNameless)
-            messages << message(token, QStringLiteral("“函数”后面缺少函数名，例如：函数 %1() { … }")
-                                           .arg(QStringLiteral("计算")));
+            messages << message(token,
+                                QStringLiteral("“函数”后面缺少函数名，例如：函数 计算() { … }"));
         else if (isHeadless(tokens, i))
             messages << message(
                 token, QStringLiteral("括号前面缺少 如果、否则如果、循环、当、遍历 或 选择"));

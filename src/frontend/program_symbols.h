@@ -22,6 +22,7 @@ inline bool operator==(const SemanticType &a, const SemanticType &b)
     return a.kind == b.kind && a.cppClass == b.cppClass;
 }
 
+// One parameter; `required`: a call must give it.
 struct ParameterSymbol
 {
     const Parser::ASTNode *node = nullptr;
@@ -45,6 +46,7 @@ struct FunctionSymbol
     bool takes(int count) const { return count >= requiredCount() && count <= parameters.size(); }
 };
 
+// A variable or an object at file scope.
 struct GlobalSymbol
 {
     const Parser::ASTNode *node = nullptr;
@@ -53,6 +55,7 @@ struct GlobalSymbol
     int order = 0; // place among the globals
 };
 
+// A class with its members, by name in NFKC.
 struct ClassSymbolTable
 {
     const Parser::ASTNode *node = nullptr; // null for built-in classes

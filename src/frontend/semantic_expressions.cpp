@@ -179,7 +179,7 @@ SemanticType SemanticWalk::identifier(const Node *node, Access access)
         report(CheckMessage::FunctionWithoutCall, node, {name});
     else if (m_symbols.classNamed(name))
         report(CheckMessage::ClassAsValue, node, {name});
-    else if (m_context.isCommand(name) && !findLocal(name))
+    else if (m_context.isCommand(name))
         report(CheckMessage::CommandWithoutCall, node, {name});
     else
         return unknownName(node);
@@ -209,7 +209,6 @@ SemanticType SemanticWalk::globalName(const Node *node, const GlobalSymbol &glob
         report(CheckMessage::HashMissing, node, {global.name});
     if (m_globalOrder >= 0 && global.order >= m_globalOrder)
         report(CheckMessage::GlobalUsedTooEarly, node, {global.name});
-    // What "变量" declares is what its value is; that is found out where it is declared.
     return global.type;
 }
 
@@ -250,12 +249,19 @@ SemanticType SemanticWalk::operation(const Node *node, const SemanticType &left,
                                                        : TypePair::Calculate;
     if (fits(pair, left, right))
         return plain(compares ? ValueType::Bool : arithmeticType(sign, left.kind, right.kind));
-    // The side that fits with nothing is the one to name.
+    reportOperand(node, left, right);
+    return plain(compares ? ValueType::Bool : ValueType::Unknown);
+}
+
+// Names the side of an operation that fits with nothing.
+void SemanticWalk::reportOperand(const Node *node, const SemanticType &left,
+                                 const SemanticType &right)
+{
     const bool leftIsNumber = isNumber(left.kind) || left.kind == ValueType::Any;
     const SemanticType &guilty = leftIsNumber ? right : left;
-    reportNear(CheckMessage::OperandType, node, sign,
-               {wordOfType(guilty), sign, compares ? QString() : conversionAdvice(guilty.kind)});
-    return plain(compares ? ValueType::Bool : ValueType::Unknown);
+    const QString advice = isComparison(node->value) ? QString() : conversionAdvice(guilty.kind);
+    reportNear(CheckMessage::OperandType, node, node->value,
+               {wordOfType(guilty), node->value, advice});
 }
 
 SemanticType SemanticWalk::logical(const Node *node, const SemanticType &left,
@@ -500,10 +506,6 @@ void SemanticWalk::checkAssignment(const Node *node, const SemanticType &to,
         return;
     }
     const bool adds = node->value == QLatin1String("+=");
-    if (fits(adds ? TypePair::AddTo : TypePair::CalculateWith, to, from))
-        return;
-    const bool targetIsNumber = isNumber(to.kind) || to.kind == ValueType::Any;
-    const SemanticType &guilty = targetIsNumber ? from : to;
-    reportNear(CheckMessage::OperandType, node, node->value,
-               {wordOfType(guilty), node->value, conversionAdvice(guilty.kind)});
+    if (!fits(adds ? TypePair::AddTo : TypePair::CalculateWith, to, from))
+        reportOperand(node, to, from);
 }

@@ -2,10 +2,12 @@
 #include "frontend/semantic_walk.h"
 
 #include "frontend/class_index.h"
+#include "frontend/keywords.h"
 #include "frontend/metadata.h"
 #include "frontend/name_suggestion.h"
 #include "frontend/parser_limits.h"
 #include "frontend/semantic_checks.h"
+#include "frontend/type_words.h"
 
 #include <algorithm>
 
@@ -28,6 +30,17 @@ QString parameterKey(const FunctionSymbol &function)
         key +=
             QString::number(int(parameter.type.kind)) + parameter.type.cppClass + QLatin1Char(',');
     return key;
+}
+
+// The reserved words that name a type.
+QStringList typeWords()
+{
+    QStringList words;
+    for (const Keyword &keyword : keywords()) {
+        if (isTypeWord(keyword.kind, TypePlace::Property))
+            words << keyword.word;
+    }
+    return words;
 }
 
 bool containsCall(const Node *node)
@@ -72,16 +85,11 @@ void SemanticWalk::collectCallbacks(const Node *node)
 void SemanticWalk::checkTypeWords(const Node *node)
 {
     if (!node->unknownType.isEmpty()) {
-        const QStringList words{QStringLiteral("整数"),   QStringLiteral("小数"),
-                                QStringLiteral("文本"),   QStringLiteral("逻辑"),
-                                QStringLiteral("字节集"), QStringLiteral("通用"),
-                                QStringLiteral("数组"),   QStringLiteral("空")};
-        const QString close = closestName(node->unknownType, words + m_symbols.classNames());
+        const QString close = closestName(node->unknownType, typeWords() + m_symbols.classNames());
         Node place(node->type, lineOf(node));
         place.sourceColumn = node->unknownTypeColumn;
         reportNear(CheckMessage::UnknownType, &place, node->unknownType,
-                   {node->unknownType,
-                    close.isEmpty() ? QString() : QStringLiteral("（是否指 %1？）").arg(close)});
+                   {node->unknownType, asked(close)});
     }
     for (const Node *child : node->children) {
         if (child->type == Parser::Identifier || child->type == Parser::FunctionDecl ||

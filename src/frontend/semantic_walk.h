@@ -118,6 +118,7 @@ private:
     SemanticType unknownName(const Node *node);
     SemanticType binary(const Node *node);
     SemanticType operation(const Node *node, const SemanticType &left, const SemanticType &right);
+    void reportOperand(const Node *node, const SemanticType &left, const SemanticType &right);
     SemanticType logical(const Node *node, const SemanticType &left, const SemanticType &right);
     SemanticType unary(const Node *node);
     SemanticType ternary(const Node *node);
