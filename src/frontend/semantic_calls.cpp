@@ -269,6 +269,8 @@ SemanticType SemanticWalk::memberCall(const Node *node, const Node *callee)
         if (symbol->node) {
             methodCount(node, callee, *method);
             checkUserArguments(node, *method, types);
+        } else {
+            checkCallbackMarks(node, callee);
         }
         return resultOf(*method);
     }
@@ -282,6 +284,20 @@ SemanticType SemanticWalk::memberCall(const Node *node, const Node *callee)
     if (isSure)
         report(CheckMessage::UnknownMethod, callee, {objectName, callee->value});
     return kNoType;
+}
+
+// Of built-in methods only this is known: a function's name alone is no value to hand over.
+void SemanticWalk::checkCallbackMarks(const Node *node, const Node *callee)
+{
+    for (int i = 1; i < node->children.size(); ++i) {
+        const Node *argument = node->children.at(i);
+        const bool isFunctionName = argument->type == Parser::Identifier &&
+                                    !isFunctionReference(argument) && !findLocal(argument->value) &&
+                                    !m_symbols.functions(argument->value).isEmpty();
+        if (isFunctionName)
+            report(CheckMessage::MethodCallbackMark, argument,
+                   {nameOf(callee->children.value(0)), callee->value, QString::number(i)});
+    }
 }
 
 void SemanticWalk::methodCount(const Node *node, const Node *callee, const FunctionSymbol &method)

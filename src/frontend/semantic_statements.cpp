@@ -135,6 +135,10 @@ void SemanticWalk::arrayDeclaration(const Node *node, const SemanticType &given)
 {
     const Node *child = node->children.value(0);
     const int dimensions = node->metadata.value(Meta::dimensions).toInt();
+    if (dimensions > 3) {
+        report(CheckMessage::ArrayMalformed, node, {node->value});
+        return;
+    }
     if (!child)
         return;
     if (isPlainArrayLiteral(child)) {
@@ -150,7 +154,7 @@ void SemanticWalk::arrayDeclaration(const Node *node, const SemanticType &given)
                          given.kind == ValueType::Array3D || given.kind == ValueType::Any;
     if (isArray || !given.isKnown())
         return;
-    if (dimensions < 1 || dimensions > 3) {
+    if (dimensions < 1) {
         report(CheckMessage::ArrayValueUnknown, node, {node->value});
         return;
     }

@@ -143,6 +143,7 @@ private:
     SemanticType constructorCall(const Node *node, const ClassSymbolTable &symbol);
     SemanticType commandCall(const Node *node, const QString &name);
     SemanticType unknownCall(const Node *node, const Node *callee);
+    void checkCallbackMarks(const Node *node, const Node *callee);
     void methodCount(const Node *node, const Node *callee, const FunctionSymbol &method);
     // The types of the arguments; Unknown for a placeholder. `isCallback` tells where a function's
     // name may stand.
