@@ -4,21 +4,9 @@
 #include "codegen/names.h"
 #include "codegen/runtime_library.h"
 #include "frontend/metadata.h"
+#include "frontend/tree_queries.h"
 
 namespace {
-
-QString dimensionWord(int dimensions)
-{
-    static const QStringList words{QStringLiteral("一维"), QStringLiteral("二维"),
-                                   QStringLiteral("三维")};
-    return words.value(dimensions - 1, QStringLiteral("%1 维").arg(dimensions));
-}
-
-bool isArrayType(const QString &varType)
-{
-    return varType == QLatin1String("array") || varType == QLatin1String("VL_Array2D") ||
-           varType == QLatin1String("VL_Array3D");
-}
 
 QString arrayWord(const QString &varType)
 {
@@ -29,16 +17,6 @@ QString declaredType(const Parser::ASTNode *node)
 {
     const QString type = node->metadata.value(Meta::varType).trimmed();
     return type.isEmpty() ? QStringLiteral("auto") : type;
-}
-
-// How deep the literal nests: [[1], [2]] has two levels.
-int literalDimensions(const Parser::ASTNode *literal)
-{
-    int levels = 0;
-    for (const Parser::ASTNode *node = literal; node && node->type == Parser::ArrayLiteral;
-         node = node->children.value(0))
-        ++levels;
-    return levels;
 }
 
 bool isNumber(ValueType type)
@@ -184,7 +162,7 @@ void Generation::checkDeclaration(const Node *node)
         return;
     }
     const QString type = declaredType(node);
-    if (isArrayType(type)) {
+    if (TreeQueries::isArrayType(type)) {
         checkArrayDeclaration(node);
         return;
     }
@@ -222,14 +200,13 @@ void Generation::checkArrayDeclaration(const Node *node)
         }
         return;
     }
-    const int given = value->type == Parser::ArrayLiteral && !value->flag(Meta::braceLiteral)
-                          ? literalDimensions(value)
-                          : 0;
+    const int given = TreeQueries::literalDimensions(value);
     // An array of arrays is still an array, and [] fits every number of dimensions.
     const bool plainArray = type == QLatin1String("array");
     if (declared > 0 && given > 0 && declared != given && !(plainArray && declared == 1) &&
         !value->children.isEmpty()) {
-        report(GeneratorMessage::dimensionsDiffer, node->line,
-               {node->value, dimensionWord(declared), dimensionWord(given)});
+        report(
+            GeneratorMessage::dimensionsDiffer, node->line,
+            {node->value, TreeQueries::dimensionWord(declared), TreeQueries::dimensionWord(given)});
     }
 }

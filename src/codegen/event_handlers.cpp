@@ -4,6 +4,7 @@
 
 #include "codegen/names.h"
 #include "designer/model/component_types.h"
+#include "frontend/tree_queries.h"
 
 #include <algorithm>
 
@@ -278,7 +279,7 @@ void Generation::writeEventBody(CodeWriter &writer, const ComponentEvent &event,
         }
         const QString local = cppName(source.word);
         // What the user's own statements declare is theirs.
-        if (declared.contains(local) || declaresAtTop(bodyOf(function), source.word))
+        if (declared.contains(local) || declaresAtTop(TreeQueries::bodyOf(function), source.word))
             continue;
         declared.insert(local);
         writer.line(source.localType() + QLatin1Char(' ') + local + QLatin1String(" = ") +

@@ -89,7 +89,6 @@ private:
     void writeFunctionBody(CodeWriter &writer, const Node *node,
                            const FunctionSignature &signature);
     QString parameterList(const FunctionSignature &signature) const;
-    static const Node *bodyOf(const Node *function);
     static bool isPlainFunction(const Node *node);
 
     // --- classes (classes.cpp) ---

@@ -2,20 +2,13 @@
 #include "codegen/generation.h"
 
 #include "frontend/metadata.h"
+#include "frontend/tree_queries.h"
 
 #include <algorithm>
 
 namespace {
 
 using Node = Parser::ASTNode;
-
-// An initial value that calls something can only be computed when the program runs, and so can a
-// dictionary, which is filled by statements.
-bool needsRunTime(const Node *node)
-{
-    return node->type == Parser::Call || node->flag(Meta::braceLiteral) ||
-           std::any_of(node->children.begin(), node->children.end(), needsRunTime);
-}
 
 const char kTimerGuard[] =
     "// VL_TimerClass: must precede global instances (see codegen_window stub)\n"
@@ -30,13 +23,6 @@ const char kTimerGuard[] =
     "#endif\n";
 
 } // namespace
-
-const Parser::ASTNode *Generation::bodyOf(const Node *function)
-{
-    return !function->children.isEmpty() && function->children.last()->type == Parser::Block
-               ? function->children.last()
-               : nullptr;
-}
 
 bool Generation::isPlainFunction(const Node *node)
 {
@@ -98,8 +84,9 @@ QString Generation::globalCppType(const Node *node) const
 {
     const QString varType = node->metadata.value(Meta::varType, QStringLiteral("auto"));
     const Node *value = node->children.value(0);
-    const bool isOpen = varType == QLatin1String("auto") &&
-                        (!value || needsRunTime(value) || isMentionedByClass(node->value));
+    const bool isOpen =
+        varType == QLatin1String("auto") &&
+        (!value || TreeQueries::needsRunTime(value) || isMentionedByClass(node->value));
     return isOpen ? QStringLiteral("VL_Any") : variableCppType(varType);
 }
 
@@ -118,7 +105,7 @@ void Generation::writeGlobals(CodeWriter &writer, const Node *root)
         const QString varType = node->metadata.value(Meta::varType, QStringLiteral("auto"));
         const bool isAnnounced = varType == QLatin1String("auto") && !isInstance(node) &&
                                  isMentionedByClass(node->value);
-        if (value && !needsRunTime(value) && !isAnnounced) {
+        if (value && !TreeQueries::needsRunTime(value) && !isAnnounced) {
             writeDeclaration(writer, node);
             writer.markSourceLine(start, node->line);
             continue;
@@ -203,7 +190,7 @@ void Generation::writeFunctionBody(CodeWriter &writer, const Node *node,
     }
     m_currentFunction = &signature;
     m_line = node->line;
-    const Node *body = bodyOf(node);
+    const Node *body = TreeQueries::bodyOf(node);
     writeBlock(writer, body);
     // Running off the end of a function that gives a value gives an empty one.
     const bool returns =

@@ -3,37 +3,15 @@
 
 #include "frontend/class_index.h"
 #include "frontend/metadata.h"
+#include "frontend/tree_queries.h"
 
 namespace {
 
 using Node = Parser::ASTNode;
 
-bool isArrayType(const QString &varType)
-{
-    return varType == QLatin1String("array") || varType == QLatin1String("VL_Array") ||
-           varType == QLatin1String("VL_Array2D") || varType == QLatin1String("VL_Array3D");
-}
-
 bool isPlainArrayLiteral(const Node *node)
 {
     return node->type == Parser::ArrayLiteral && !node->flag(Meta::braceLiteral);
-}
-
-// How deep a literal nests; an empty one fits every depth.
-int literalDepth(const Node *literal)
-{
-    int depth = 0;
-    for (const Node *node = literal; node && isPlainArrayLiteral(node);
-         node = node->children.value(0))
-        ++depth;
-    return literal->children.isEmpty() ? 0 : depth;
-}
-
-QString dimensionWord(int dimensions)
-{
-    static const QStringList words{QStringLiteral("一维"), QStringLiteral("二维"),
-                                   QStringLiteral("三维")};
-    return words.value(dimensions - 1, QStringLiteral("%1 维").arg(dimensions));
 }
 
 } // namespace
@@ -124,7 +102,7 @@ SemanticType SemanticWalk::initialType(const Node *node, const SemanticType &dec
 {
     const Node *child = node->children.value(0);
     const SemanticType given = child ? value(child) : SemanticType();
-    if (isArrayType(node->metadata.value(Meta::varType)))
+    if (TreeQueries::isArrayType(node->metadata.value(Meta::varType)))
         arrayDeclaration(node, given);
     else if (child)
         checkInitialValue(node, declared, given);
@@ -142,11 +120,13 @@ void SemanticWalk::arrayDeclaration(const Node *node, const SemanticType &given)
     if (!child)
         return;
     if (isPlainArrayLiteral(child)) {
-        const int depth = literalDepth(child);
-        // An array may hold arrays.
-        if (depth > 0 && dimensions > 0 && depth != dimensions && dimensions != 1) {
+        const int depth = TreeQueries::literalDimensions(child);
+        // An array may hold arrays, and [] fits every number of dimensions.
+        if (!child->children.isEmpty() && dimensions > 0 && depth != dimensions &&
+            dimensions != 1) {
             report(CheckMessage::ArrayDimensions, node,
-                   {node->value, dimensionWord(dimensions), dimensionWord(depth)});
+                   {node->value, TreeQueries::dimensionWord(dimensions),
+                    TreeQueries::dimensionWord(depth)});
         }
         return;
     }

@@ -7,6 +7,7 @@
 #include "frontend/name_suggestion.h"
 #include "frontend/parser_limits.h"
 #include "frontend/semantic_checks.h"
+#include "frontend/tree_queries.h"
 #include "frontend/type_words.h"
 
 #include <algorithm>
@@ -14,13 +15,6 @@
 namespace {
 
 using Node = Parser::ASTNode;
-
-const Node *bodyOf(const Node *function)
-{
-    return !function->children.isEmpty() && function->children.last()->type == Parser::Block
-               ? function->children.last()
-               : nullptr;
-}
 
 // What two overloads must differ in.
 QString parameterKey(const FunctionSymbol &function)
@@ -41,12 +35,6 @@ QStringList typeWords()
             words << keyword.word;
     }
     return words;
-}
-
-bool containsCall(const Node *node)
-{
-    return node->type == Parser::Call || node->flag(Meta::braceLiteral) ||
-           std::any_of(node->children.begin(), node->children.end(), containsCall);
 }
 
 } // namespace
@@ -147,7 +135,7 @@ void SemanticWalk::checkGlobals()
 SemanticType SemanticWalk::inferredGlobalType(const Node *node, const SemanticType &given) const
 {
     const Node *child = node->children.value(0);
-    const bool isOpen = !child || containsCall(child) || m_symbols.hasUserClasses();
+    const bool isOpen = !child || TreeQueries::needsRunTime(child) || m_symbols.hasUserClasses();
     return isOpen ? SemanticType{ValueType::Any, QString()} : given;
 }
 
@@ -198,7 +186,7 @@ void SemanticWalk::checkFunction(const Node *node, const ClassSymbolTable *owner
     m_isMuted = isEvent && m_context.isUnknownEvent(node->value);
     m_scopes.emplace_back();
     declareParameters(m_function, isEvent);
-    block(bodyOf(node));
+    block(TreeQueries::bodyOf(node));
     popScope();
     m_scopes.clear();
     m_isMuted = false;
