@@ -1,0 +1,76 @@
+#include "shell/workspace.h"
+
+#include "project/project_manager.h"
+#include "shell/editor_tabs.h"
+#include "shell/text_file.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+Workspace::Workspace(const ProjectManager &projects, const EditorTabs &tabs)
+    : m_projects(projects), m_tabs(tabs)
+{}
+
+QString Workspace::diskText(const QString &path)
+{
+    const QFileInfo info(path);
+    KnownFile &known = m_known[path];
+    if (known.size != info.size() || known.changed != info.lastModified())
+        known = {info.lastModified(), info.size(), TextFile::read(path).text};
+    return known.text;
+}
+
+QMap<QString, QString> Workspace::sourceTexts()
+{
+    QMap<QString, QString> texts;
+    if (!m_projects.hasOpenProject()) {
+        const CodeEditor *current = m_tabs.currentEditor();
+        if (current && EditorTabs::isSourceFile(current->filePath()))
+            texts.insert(current->filePath(), EditorTabs::textOf(current));
+        return texts;
+    }
+    for (const QString &file : m_projects.currentProject().sourceFiles) {
+        const QString path = absolutePath(file);
+        const CodeEditor *editor = m_tabs.editorOf(path);
+        texts.insert(path, editor ? EditorTabs::textOf(editor) : diskText(path));
+    }
+    return texts;
+}
+
+LiveState Workspace::liveState() const
+{
+    LiveState live;
+    if (!m_projects.hasOpenProject())
+        return live;
+    const QDir folder(m_projects.currentProject().path);
+    for (const CodeEditor *editor : m_tabs.modifiedEditors()) {
+        if (isInProject(editor->filePath()))
+            live.sources.insert(folder.relativeFilePath(editor->filePath()),
+                                EditorTabs::textOf(editor));
+    }
+    return live;
+}
+
+bool Workspace::isInProject(const QString &path) const
+{
+    if (path.isEmpty() || !m_projects.hasOpenProject())
+        return false;
+    const VL::ProjectInfo &project = m_projects.currentProject();
+    const QString relative = QDir(project.path).relativeFilePath(path);
+    return !relative.startsWith(QLatin1String("..")) || project.sourceFiles.contains(path);
+}
+
+QString Workspace::absolutePath(const QString &name) const
+{
+    if (name.isEmpty() || QFileInfo(name).isAbsolute() || !m_projects.hasOpenProject())
+        return name;
+    return QDir::cleanPath(QDir(m_projects.currentProject().path).absoluteFilePath(name));
+}
+
+QString Workspace::displayName(const QString &path) const
+{
+    if (!m_projects.hasOpenProject())
+        return QFileInfo(path).fileName();
+    const QString relative = QDir(m_projects.currentProject().path).relativeFilePath(path);
+    return relative.startsWith(QLatin1String("..")) ? QDir::toNativeSeparators(path) : relative;
+}
