@@ -42,8 +42,7 @@ struct CodeSymbol
 // In the order of the text.
 using CodeSymbols = QVector<CodeSymbol>;
 
-// Reads the declarations of a text, however broken it is; what cannot be read is left out. Needs a
-// deep stack for sources that nest deeply.
+// Reads the declarations of a text, however broken it is; what cannot be read is left out.
 CodeSymbols readCodeSymbols(const QString &text);
 
 Q_DECLARE_METATYPE(CodeSymbols)
