@@ -55,6 +55,21 @@ bool isSourceFile(const QString &path)
 
 } // namespace
 
+SingleFile createSingleFile(const QString &folder, const QString &name)
+{
+    const QString error = projectNameError(name);
+    if (!error.isEmpty())
+        return {QString(), error};
+    const QString path = QDir(folder).absoluteFilePath(name + QLatin1String(".vl"));
+    if (QFileInfo::exists(path))
+        return {QString(), text(nameTaken).arg(QDir::toNativeSeparators(path))};
+    const QList<TemplateFile> program =
+        filesForNewProject(ProjectKind::Single, name, QString(), QDateTime::currentDateTime());
+    if (!QDir().mkpath(folder) || !OutputFiles::write(path, program.first().bytes))
+        return {QString(), text(fileNotWritten).arg(QDir::toNativeSeparators(path))};
+    return {path, QString()};
+}
+
 ProjectManager::ProjectManager(QObject *parent) : QObject(parent), m_watcher(this)
 {
     qRegisterMetaType<VL::ProjectInfo>();
@@ -227,6 +242,12 @@ bool ProjectManager::activateProject(const QString &projectPath)
         return false;
     activate(index);
     return true;
+}
+
+VL::ProjectInfo ProjectManager::project(const QString &projectPath) const
+{
+    const int index = indexOf(canonicalFolder(projectPath + QLatin1String("/x")));
+    return index < 0 ? VL::ProjectInfo() : m_projects.at(index).info;
 }
 
 const VL::ProjectInfo &ProjectManager::currentProject() const

@@ -23,6 +23,16 @@ struct NewProject
     QString platform = QStringLiteral("x64");
 };
 
+// A program of one file, which is no project.
+struct SingleFile
+{
+    QString path;  // of the file that was made
+    QString error; // or why there is none: a Chinese sentence
+};
+
+// Writes "<folder>/<name>.vl" and the folder; never in the place of another file.
+SingleFile createSingleFile(const QString &folder, const QString &name);
+
 // Lives on one thread. Functions that return bool tell their failure by `errorOccurred`, and in
 // detail by `lastError`; the former active project then stays as it was. Operations without a
 // project named work on the active one.
@@ -51,6 +61,8 @@ public:
     // Canonical folders, in the order of opening.
     QStringList openProjects() const;
     bool activateProject(const QString &projectPath);
+    // Of any open project, by its folder; an empty value when none is open there.
+    VL::ProjectInfo project(const QString &projectPath) const;
 
     // Of the active project; an empty value without one.
     const VL::ProjectInfo &currentProject() const;

@@ -103,6 +103,36 @@ QString programTemplate(ProjectKind kind, const QString &suffix)
     return QStringLiteral("empty.vc");
 }
 
+// `what` is how messages call the name.
+QString nameError(const QString &what, const QString &name)
+{
+    if (name.trimmed().isEmpty())
+        return QStringLiteral("%1不能为空。").arg(what);
+    if (name == QLatin1String(".") || name == QLatin1String(".."))
+        return QStringLiteral("“%1”不能用作%2。").arg(name, what);
+    if (name.size() > maxNameChars || name.toUtf8().size() > maxNameBytes) {
+        return QStringLiteral("%1太长：最多 %2 个字符，其中汉字最多 %3 个。")
+            .arg(what)
+            .arg(maxNameChars)
+            .arg(maxNameBytes / 3);
+    }
+    for (const QChar c : name) {
+        if (breaksLine(c))
+            return QStringLiteral("%1中不能有换行等控制字符。").arg(what);
+        if (QStringLiteral("<>:\"/\\|?*").contains(c))
+            return QStringLiteral("%1中不能有字符“%2”。").arg(what, QString(c));
+    }
+    if (!name.isValidUtf16())
+        return QStringLiteral("%1中有残缺的字符。").arg(what);
+    const QChar first = name.at(0);
+    const QChar last = name.at(name.size() - 1);
+    if (first.isSpace() || last.isSpace() || first == QLatin1Char('.') || last == QLatin1Char('.'))
+        return QStringLiteral("%1的开头和结尾不能是空格或句点。").arg(what);
+    if (isReserved(name))
+        return QStringLiteral("“%1”是系统保留的名称，不能用作%2。").arg(name, what);
+    return QString();
+}
+
 } // namespace
 
 std::optional<ProjectKind> projectKindFromWord(const QString &word)
@@ -131,30 +161,39 @@ QList<TemplateFile> filesForNewProject(ProjectKind kind, const QString &name,
     return files;
 }
 
+QString newSourceText(const QString &fileName, const QDateTime &created)
+{
+    QString suffix = fileName.section(QLatin1Char('.'), -1).toLower();
+    if (suffix != QLatin1String("vpi") && suffix != QLatin1String("vt"))
+        suffix = QStringLiteral("vc");
+    const QString date = created.toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    return readTemplate(QStringLiteral("new_source.") + suffix).arg(commentText(fileName), date);
+}
+
+QString newClassText(const QString &className, ClassExample example)
+{
+    const QString body = readTemplate(QStringLiteral("new_class.vpp"));
+    const QString entry = QStringLiteral("函数 主函数()");
+    const int begin = body.indexOf(entry);
+    QStringList lines = body.mid(begin).split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (example == ClassExample::AsComment)
+        lines.replaceInStrings(QRegularExpression(QStringLiteral("^")), QStringLiteral("// "));
+    return QString(body.left(begin) + lines.join(QLatin1Char('\n')) + QLatin1Char('\n'))
+        .replace(QLatin1String("%1"), className);
+}
+
+QByteArray newWindowForm(const QString &name)
+{
+    QString form = readTemplate(QStringLiteral("new_window.vui"));
+    return form.replace(QLatin1String("%1"), jsonText(name)).toUtf8();
+}
+
 QString projectNameError(const QString &name)
 {
-    if (name.trimmed().isEmpty())
-        return QStringLiteral("项目名称不能为空。");
-    if (name == QLatin1String(".") || name == QLatin1String(".."))
-        return QStringLiteral("“%1”不能用作项目名称。").arg(name);
-    if (name.size() > maxNameChars || name.toUtf8().size() > maxNameBytes) {
-        return QStringLiteral("项目名称太长：最多 %1 个字符，其中汉字最多 %2 个。")
-            .arg(maxNameChars)
-            .arg(maxNameBytes / 3);
-    }
-    for (const QChar c : name) {
-        if (breaksLine(c))
-            return QStringLiteral("项目名称中不能有换行等控制字符。");
-        if (QStringLiteral("<>:\"/\\|?*").contains(c))
-            return QStringLiteral("项目名称中不能有字符“%1”。").arg(c);
-    }
-    if (!name.isValidUtf16())
-        return QStringLiteral("项目名称中有残缺的字符。");
-    const QChar first = name.at(0);
-    const QChar last = name.at(name.size() - 1);
-    if (first.isSpace() || last.isSpace() || first == QLatin1Char('.') || last == QLatin1Char('.'))
-        return QStringLiteral("项目名称的开头和结尾不能是空格或句点。");
-    if (isReserved(name))
-        return QStringLiteral("“%1”是系统保留的名称，不能用作项目名称。").arg(name);
-    return QString();
+    return nameError(QStringLiteral("项目名称"), name);
+}
+
+QString fileNameError(const QString &name)
+{
+    return nameError(QStringLiteral("文件名"), name);
 }

@@ -34,3 +34,20 @@ QList<TemplateFile> filesForNewProject(ProjectKind kind, const QString &name,
 // Why a project can't have this name, which is also that of its folder and of its executable, on
 // any system: a Chinese sentence. Empty for a good name.
 QString projectNameError(const QString &name);
+// The same for a file of a project.
+QString fileNameError(const QString &name);
+
+// What a new source begins with, by the ending of its name: ".vc", ".vpi" or ".vt".
+QString newSourceText(const QString &fileName, const QDateTime &created);
+
+enum class ClassExample
+{
+    AsProgram, // the example begins the program
+    AsComment, // for a project that begins elsewhere
+};
+
+// A class with a constructor and a method, and an example of its use.
+QString newClassText(const QString &className, ClassExample example);
+
+// The form of a window without components.
+QByteArray newWindowForm(const QString &name);
