@@ -2,11 +2,11 @@
 #include "shell/crash_record.h"
 
 #include "settings/settings_file.h"
+#include "shell/user_folder.h"
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <atomic>
 #include <csignal>
@@ -143,8 +143,7 @@ void choosePath()
     const QString programFolder = QFileInfo(QFile::symLinkTarget("/proc/self/exe")).path();
     QString folder = programFolder;
     if (SettingsFile::isSystemFolder(folder) || !QFileInfo(folder).isWritable()) {
-        folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-                 QStringLiteral("/voreldesk");
+        folder = userDataFolder();
         QDir().mkpath(folder);
     }
     const QByteArray path = QFile::encodeName(folder + QStringLiteral("/VorelDesk_seh.log"));

@@ -1,13 +1,13 @@
 #include "shell/log_file.h"
 
 #include "settings/settings_file.h"
+#include "shell/user_folder.h"
 
 #include <QCoreApplication>
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
 #include <QMutexLocker>
-#include <QStandardPaths>
 
 #include <cstdio>
 
@@ -72,9 +72,7 @@ QStringList LogFile::defaultPaths()
 {
     const QString name = QStringLiteral("/VorelDesk_debug.log");
     const QString programFolder = QCoreApplication::applicationDirPath();
-    const QString dataFolder =
-        QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
-        QStringLiteral("/voreldesk");
+    const QString dataFolder = userDataFolder();
     if (SettingsFile::isSystemFolder(programFolder))
         return {dataFolder + name};
     return {programFolder + name, dataFolder + name};

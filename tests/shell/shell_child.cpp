@@ -1,10 +1,12 @@
-// Plays a program that crashes or warns: shell_child WHAT
+// Plays a program that crashes, warns, or keeps a text for later: shell_child WHAT [FOLDER]
 #include "shell/crash_record.h"
 #include "shell/log_file.h"
+#include "shell/recovery_store.h"
 
 #include <QCoreApplication>
 
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
@@ -38,6 +40,20 @@ void crash(const char *how)
         std::raise(std::atoi(how));
 }
 
+// Runs until it is killed.
+int keepText(const QString &folder)
+{
+    RecoveryStore store(folder);
+    RecoveredText content;
+    content.title = QStringLiteral("未命名1");
+    content.text = QStringLiteral("整数 甲 = 1");
+    if (!store.note(QStringLiteral("1"), content))
+        return EXIT_FAILURE;
+    std::puts("kept");
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
+
 } // namespace
 
 int main(int argc, char *argv[])
@@ -50,6 +66,8 @@ int main(int argc, char *argv[])
     keepWarningsHarmless();
     QCoreApplication application(argc, argv);
     const char *const what = argc > 1 ? argv[1] : "";
+    if (std::strcmp(what, "keep") == 0)
+        return keepText(application.arguments().at(2));
     if (std::strcmp(what, "warn") != 0)
         crash(what);
     const LogFile log;
