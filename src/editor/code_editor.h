@@ -12,6 +12,7 @@
 #include <QSet>
 #include <QTextCursor>
 
+#include <array>
 #include <functional>
 
 class LineNumberArea;
@@ -62,6 +63,19 @@ public:
 
     // The entries of the context menu; the caller owns it.
     [[nodiscard]] QMenu *createContextMenu();
+
+    // What lies over the text: a layer covers those named before it.
+    enum class Layer
+    {
+        CurrentLine,
+        Occurrences,
+        SearchHits,
+        Problems,
+        Brackets,
+    };
+    static constexpr int layerCount = int(Layer::Brackets) + 1;
+    // Takes the place of what the layer showed; the editor keeps the other layers.
+    void setSelections(Layer layer, const QList<QTextEdit::ExtraSelection> &selections);
 
     // Counts the margin in: the places of the base class are those of the viewport.
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
@@ -133,6 +147,7 @@ private:
     QList<QTextEdit::ExtraSelection> bracketSelections() const;
 
     QString m_filePath;
+    std::array<QList<QTextEdit::ExtraSelection>, layerCount> m_selections;
     LineNumberArea *m_lineNumberArea;
     Indentation m_indentation;
     EditorColors m_colors;

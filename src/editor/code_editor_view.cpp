@@ -168,7 +168,17 @@ void CodeEditor::highlightCurrentLine()
     line.format.setProperty(QTextFormat::FullWidthSelection, true);
     line.cursor = textCursor();
     line.cursor.clearSelection();
-    setExtraSelections(QList<QTextEdit::ExtraSelection>{line} + bracketSelections());
+    m_selections[std::size_t(Layer::CurrentLine)] = {line};
+    setSelections(Layer::Brackets, bracketSelections());
+}
+
+void CodeEditor::setSelections(Layer layer, const QList<QTextEdit::ExtraSelection> &selections)
+{
+    m_selections[std::size_t(layer)] = selections;
+    QList<QTextEdit::ExtraSelection> all;
+    for (const QList<QTextEdit::ExtraSelection> &part : m_selections)
+        all += part;
+    setExtraSelections(all);
 }
 
 QList<QTextEdit::ExtraSelection> CodeEditor::bracketSelections() const
