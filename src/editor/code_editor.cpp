@@ -81,6 +81,12 @@ QSet<int> CodeEditor::bookmarks() const
     return LineMarks::lines(*document(), LineMarks::Kind::Bookmark);
 }
 
+void CodeEditor::setBookmarks(const QSet<int> &lines)
+{
+    LineMarks::setLines(*document(), LineMarks::Kind::Bookmark, lines);
+    m_lineNumberArea->update();
+}
+
 void CodeEditor::toggleBreakpoint(int line)
 {
     const QTextBlock block = document()->findBlockByNumber(line - 1);

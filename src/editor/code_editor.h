@@ -55,6 +55,7 @@ public:
     QSet<int> breakpoints() const;
     void setBreakpoints(const QSet<int> &lines);
     QSet<int> bookmarks() const;
+    void setBookmarks(const QSet<int> &lines);
 
     // What the margin asks its editor for.
     int lineNumberAreaWidth() const;

@@ -256,6 +256,12 @@ const VL::ProjectInfo &ProjectManager::currentProject() const
     return hasOpenProject() ? m_projects.at(m_active).info : none;
 }
 
+QString ProjectManager::projectFileOf(const QString &canonicalFolder) const
+{
+    const int index = indexOf(canonicalFolder);
+    return index < 0 ? QString() : m_projects.at(index).file;
+}
+
 QString ProjectManager::projectFile() const
 {
     return hasOpenProject() ? m_projects.at(m_active).file : QString();

@@ -67,6 +67,8 @@ public:
     // Of the active project; an empty value without one.
     const VL::ProjectInfo &currentProject() const;
     QString projectFile() const;
+    // Of an open project by its canonical folder; empty for any other.
+    QString projectFileOf(const QString &canonicalFolder) const;
     bool isModified() const;
     // Replaces what the project says, its folder excepted.
     void setCurrentProject(const VL::ProjectInfo &info);

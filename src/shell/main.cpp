@@ -1,0 +1,79 @@
+// The program voreldesk: what happens before the first window and after the last.
+#include "editor/syntax_issue.h"
+#include "settings/settings_store.h"
+#include "shell/app_identity.h"
+#include "shell/crash_record.h"
+#include "shell/dark_theme.h"
+#include "shell/frameless_main_window.h"
+#include "shell/log_file.h"
+#include "shell/mainwindow.h"
+#include "shell/native_process.h"
+#include "shell/start_arguments.h"
+
+#include <QApplication>
+#include <QDateTime>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+// By then the window of the last session stands.
+constexpr int openDelay = 400; // milliseconds
+
+int refuse(const QString &reason)
+{
+    std::fprintf(stderr, "%s\n", qUtf8Printable(reason));
+    return 2;
+}
+
+void beginLog(LogFile &log)
+{
+    log.write(QStringLiteral("INFO: VorelDesk main() logging init, logPath=%1, time=%2")
+                  .arg(log.path(), QDateTime::currentDateTime().toString(Qt::ISODate)));
+    log.write(
+        QStringLiteral("INFO: to look into a hang or a crash, attach a debugger to process %1")
+            .arg(QCoreApplication::applicationPid()));
+}
+
+int runWindow(SettingsStore &settings, const QString &fileToOpen)
+{
+    FramelessMainWindow frame;
+    auto *window = new MainWindow(settings);
+    frame.setContent(window);
+    window->attachFrame(frame);
+    frame.show();
+    QTimer::singleShot(0, window, &MainWindow::restoreSession);
+    if (!fileToOpen.isEmpty())
+        QTimer::singleShot(openDelay, window,
+                           [window, fileToOpen] { window->openPath(fileToOpen); });
+    return QApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    installCrashRecord();
+    NativeProcess::useMonitorScaling();
+    keepWarningsHarmless();
+    QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    QApplication application(argc, argv);
+    SettingsStore settings;
+    settings.importOldStores();
+    qRegisterMetaType<VlSyntaxIssue>();
+    qRegisterMetaType<QList<VlSyntaxIssue>>();
+    const StartArguments arguments = readStartArguments(QCoreApplication::arguments());
+    if (!arguments.refusal.isEmpty())
+        return refuse(arguments.refusal);
+    // Told ahead of the log, whose second place is in the folder of that name.
+    AppIdentity::apply();
+    LogFile log;
+    beginLog(log);
+    applyDarkTheme(application);
+    const int code = runWindow(settings, arguments.fileToOpen);
+    log.write(QStringLiteral("INFO: app.exec() returned %1").arg(code));
+    std::fprintf(stderr, "VorelDesk: app.exec() returned %d\n", code);
+    return code;
+}

@@ -1,0 +1,200 @@
+// MainWindow: the central class of the shell, which brings its parts together.
+#pragma once
+
+#include "project/project_manager.h"
+#include "shell/visited_places.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+class ActionSet;
+class AutoSave;
+class BreakpointStore;
+class BuildFlow;
+class BuildTarget;
+class CodeAssist;
+class CodeEditor;
+class CodeOutline;
+class CommandLibraryPanel;
+class ComponentList;
+class DockLayout;
+class EditorTabs;
+class ExternalChanges;
+class FindBar;
+class FindInFilesDialog;
+class FramelessMainWindow;
+class OutputPanel;
+class ProjectFileDialogs;
+class ProjectTree;
+class QComboBox;
+class RecentFilesMenu;
+class Recovery;
+class SettingsStore;
+class SnippetManager;
+class StatusLine;
+class WelcomePage;
+class Workspace;
+
+// Every command of the user goes through one of the slots, which hands it to the class whose
+// matter it is.
+class MainWindow : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    // The settings must outlive it.
+    explicit MainWindow(SettingsStore &settings);
+    ~MainWindow() override;
+
+    // To be called once, before `frame`, which holds the window, is shown: size and place of the
+    // last start come back.
+    void attachFrame(FramelessMainWindow &frame);
+    // Opens what was open at the last end, and offers what a crash left behind.
+    void restoreSession();
+    // A project, a source or a form. Tells a failure in a box.
+    bool openPath(const QString &path);
+
+public slots:
+    // --- files and projects (mainwindow_files.cpp) ---
+    void onNewProject();
+    void onNewFile();
+    void onOpenProject();
+    void onOpenFile();
+    void onClearRecentFiles();
+    void onRecentFile(const QString &path);
+    void onSave();
+    void onSaveAs();
+    bool onSaveAll();
+    void onSaveAllFromUi();
+    void onCloseFile();
+    void onCloseProject();
+    void onCloseAllProjects();
+    void onExit();
+    void onAutoSave();
+
+    // --- what a project consists of (mainwindow_project.cpp) ---
+    void onNewFileInProject();
+    void onNewClassFileInProject();
+    void onAddNewWindow();
+    void onAddExistingFile();
+    void onRemoveFile();
+    void onProjectSettings();
+    void onProjectItemDoubleClicked(const QString &path);
+    void onProjectContextMenu(const QString &path, const QPoint &globalPosition);
+    void syncProjectTreeSelection();
+    void onShowWelcome();
+    void onOpenRecentProject(const QString &path);
+    void onRemoveRecentProject(const QString &path);
+    void onClearAllRecentProjects();
+    void onOpenDocumentation();
+    void onViewExamples();
+
+    // --- editing (mainwindow_edit.cpp) ---
+    void onUndo();
+    void onRedo();
+    void onCut();
+    void onCopy();
+    void onPaste();
+    void onDelete();
+    void onSelectAll();
+    void onFind();
+    void onReplace();
+    void onFindInFiles();
+    void onGotoLine();
+    void onGotoDefinition();
+    void onGoBack();
+    void onFindUsages();
+    void onRename();
+    void onToggleComment();
+    void onFormatCode();
+    void onFormatCurrentVcFile();
+    void onDuplicateLine();
+    void onTabChanged();
+    void onCursorPositionChanged(int line, int column);
+    void onCodeModified();
+
+    // --- view (mainwindow_view.cpp) ---
+    void onToggleToolbox();
+    void onToggleProperties();
+    void onToggleCodeOutline();
+    void onToggleOutput();
+    void onToggleProjectExplorer();
+    void onToggleCommandLibrary();
+    void onToggleComponentList();
+    void syncViewMenuCheckStates();
+    void onZoomIn();
+    void onZoomOut();
+    void onZoomReset();
+    void onFullScreen();
+    void onResetLayout();
+
+    // --- building and running (mainwindow_build.cpp) ---
+    void onBuild();
+    void onRebuild();
+    void onClean();
+    void onRun();
+    void onDebug();
+    void onStopRun();
+    void onToggleBreakpoint();
+    void onBuildSettings();
+    void onErrorItemClicked(const QString &file, int line, int column, const QString &message);
+    void onPlatformChanged(int index);
+    void onBuildConfigChanged(int index);
+
+    // --- tools, settings and help (mainwindow_tools.cpp) ---
+    void onColorPicker();
+    void onJsonTool();
+    void onStringTool();
+    void onSnippetManager();
+    void onSettings();
+    void onThemeManager();
+    void onCommandSelected(const QString &name);
+    void onCommandDoubleClicked(const QString &name);
+    void onHelp();
+    void onShortcutsGuide();
+    void onTemplateLibrary();
+    void onCheckUpdate();
+    void onChangelog();
+    void onAbout();
+
+    // To be called after every change of what commands depend on.
+    void updateActions();
+    void updateAutoSaveTimer();
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    void createDocks();
+    void createMenusAndToolBars();
+    void createBuildBoxes();
+    void connectProjects();
+    void connectEditors();
+    void connectPanels();
+    void connectBuild();
+    void followEditor(CodeEditor *editor);
+    void showTitle();
+    void applySettings();
+
+    bool openProject(const QString &projectFile);
+    void showMainSource();
+    bool closeActiveProject();
+    void goTo(const QString &path, int line, int column = 0);
+    void rememberPlace();
+    void toggleDock(const char *name);
+    void insertInEditor(const QString &text);
+    void showSettings(int page);
+
+    SettingsStore &m_settings;
+    ProjectManager *m_projects;
+    EditorTabs *m_tabs;
+    StatusLine *m_status;
+    OutputPanel *m_output;
+    ProjectTree *m_tree;
+    std::unique_ptr<Workspace> m_workspace;
+    std::unique_ptr<DockLayout> m_docks;
+    ActionSet *m_actions;
+    RecentFilesMenu *m_recentFiles;
+    VisitedPlaces m_visited;
+};

@@ -1,0 +1,3 @@
+#include "shell/native_process.h"
+
+void NativeProcess::useMonitorScaling() {}
