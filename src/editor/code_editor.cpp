@@ -44,6 +44,7 @@ bool writesText(const QKeyEvent &event)
 CodeEditor::CodeEditor(QWidget *parent)
     : QPlainTextEdit(parent),
       m_lineNumberArea(new LineNumberArea(this)),
+      m_issues(document()),
       m_codeFont(QString::fromUtf8(Setting::Editor::fontFamily.fallback),
                  Setting::Editor::fontSize.fallback)
 {
@@ -53,6 +54,7 @@ CodeEditor::CodeEditor(QWidget *parent)
     connect(this, &CodeEditor::updateRequest, this, &CodeEditor::updateLineNumberArea);
     connect(this, &CodeEditor::cursorPositionChanged, this, &CodeEditor::onCursorPositionChanged);
     connect(this, &CodeEditor::textChanged, this, &CodeEditor::highlightCurrentLine);
+    connect(this, &CodeEditor::textChanged, this, &CodeEditor::parseCurrentDocument);
     setColors(EditorColors());
     applyFont();
 }

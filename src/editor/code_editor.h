@@ -2,6 +2,7 @@
 #pragma once
 
 #include "editor/indentation.h"
+#include "editor/issue_marks.h"
 #include "editor/line_marks.h"
 #include "editor/typing_rules.h"
 #include "settings/setting_keys.h"
@@ -29,6 +30,8 @@ struct EditorColors
     QColor text{Setting::colorKey(Setting::Color::Text).fallback};
     QColor breakpoint{0xE5, 0x14, 0x00};
     QColor bookmark{0x37, 0x94, 0xFF};
+    QColor error{0xF1, 0x4C, 0x4C};
+    QColor warning{0xE0, 0xAF, 0x20};
 };
 
 // A plain text editor with a margin and the keys of typing_rules.h. Chinese punctuation outside of
@@ -56,6 +59,10 @@ public:
     void setBreakpoints(const QSet<int> &lines);
     QSet<int> bookmarks() const;
     void setBookmarks(const QSet<int> &lines);
+
+    // Shows these findings of a check in place of those before. They go where their text goes.
+    void setIssues(const QList<VlSyntaxIssue> &issues);
+    QList<VlSyntaxIssue> issues() const { return m_issues.issues(); }
 
     // What the margin asks its editor for.
     int lineNumberAreaWidth() const;
@@ -101,6 +108,9 @@ public slots:
     // Works on the cursor's line.
     void convertChinesePunctuation();
 
+    // Asks for a check of the text; also whenever the text has changed.
+    void parseCurrentDocument();
+
     // Points added to the size of the font, which stays between 6 and 72.
     void zoomBy(int points);
     void resetZoom();
@@ -111,8 +121,11 @@ signals:
     void breakpointToggled(int line, bool enabled);
     void findRequested();
     void replaceRequested();
+    void checkRequested();
+    void editorSyntaxDiagnostics(QString filePath, QList<VlSyntaxIssue> issues);
 
 protected:
+    bool viewportEvent(QEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void inputMethodEvent(QInputMethodEvent *event) override;
     void contextMenuEvent(QContextMenuEvent *event) override;
@@ -144,6 +157,8 @@ private:
     void convertLine(const QTextBlock &block);
     QTextBlock blockAt(int y) const;
     void paintMarks(QPainter &painter, const QTextBlock &block, const QRect &line) const;
+    void paintIssueMark(QPainter &painter, bool isWarning, const QRect &line) const;
+    int characterAt(const QPoint &place) const;
     void applyFont();
     QList<QTextEdit::ExtraSelection> bracketSelections() const;
 
@@ -152,6 +167,7 @@ private:
     LineNumberArea *m_lineNumberArea;
     Indentation m_indentation;
     EditorColors m_colors;
+    IssueMarks m_issues;
     QFont m_codeFont;
     int m_zoom = 0;
     QPixmap m_background;

@@ -64,6 +64,7 @@ void CodeEditor::setColors(const EditorColors &colors)
     palette.setColor(QPalette::Base, colors.background);
     palette.setColor(QPalette::Text, colors.text);
     setPalette(palette);
+    m_issues.setColors(colors.error, colors.warning);
     highlightCurrentLine();
     m_lineNumberArea->update();
 }
@@ -115,6 +116,7 @@ void CodeEditor::paintLineNumbers(QPaintEvent *event)
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setFont(font());
     painter.fillRect(event->rect(), m_colors.background);
+    const QHash<int, bool> issueLines = m_issues.lines();
     for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
         const QRectF geometry = blockBoundingGeometry(block).translated(contentOffset());
         if (geometry.top() > event->rect().bottom())
@@ -122,6 +124,9 @@ void CodeEditor::paintLineNumbers(QPaintEvent *event)
         const QRect line(0, qRound(geometry.top()), m_lineNumberArea->width() - kMarginPadding,
                          qRound(geometry.height()));
         paintMarks(painter, block, line);
+        const auto issues = issueLines.constFind(block.blockNumber() + 1);
+        if (issues != issueLines.cend())
+            paintIssueMark(painter, *issues, line);
         const bool isCurrent = block == textCursor().block();
         painter.setPen(isCurrent ? m_colors.text : m_colors.lineNumber);
         painter.drawText(line, Qt::AlignRight | Qt::AlignVCenter,
@@ -169,6 +174,7 @@ void CodeEditor::highlightCurrentLine()
     line.cursor = textCursor();
     line.cursor.clearSelection();
     m_selections[std::size_t(Layer::CurrentLine)] = {line};
+    m_selections[std::size_t(Layer::Problems)] = m_issues.underlines();
     setSelections(Layer::Brackets, bracketSelections());
 }
 
