@@ -37,6 +37,7 @@ CommandInfo readRecord(const QJsonObject &object)
     info.memberOf = text("memberOf");
     info.parameters = stringList(object.value(QLatin1String("parameters")));
     info.aliases = stringList(object.value(QLatin1String("aliases")));
+    info.noPinyinCompletion = object.value(QLatin1String("noPinyinCompletion")).toBool();
     return info;
 }
 

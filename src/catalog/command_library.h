@@ -22,6 +22,7 @@ struct CommandInfo
     QString type; // "常量", "语法", "属性", "方法" or "事件" where the record is no command
     QString memberOf; // the component type whose member the record describes
     QStringList aliases;
+    bool noPinyinCompletion = false; // completion finds it by its own letters alone
 
     // Whether a program can call it by its name alone.
     bool isCallable() const;

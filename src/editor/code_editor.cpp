@@ -1,5 +1,6 @@
 #include "editor/code_editor.h"
 
+#include "editor/editor_completion.h"
 #include "editor/line_number_area.h"
 #include "editor/punctuation.h"
 
@@ -45,6 +46,7 @@ CodeEditor::CodeEditor(QWidget *parent)
     : QPlainTextEdit(parent),
       m_lineNumberArea(new LineNumberArea(this)),
       m_issues(document()),
+      m_completion(new EditorCompletion(this)),
       m_codeFont(QString::fromUtf8(Setting::Editor::fontFamily.fallback),
                  Setting::Editor::fontSize.fallback)
 {
@@ -320,22 +322,25 @@ void CodeEditor::insertLineBreak()
 
 void CodeEditor::keyPressEvent(QKeyEvent *event)
 {
-    if (runShortcut(*event))
+    if (m_completion->takesKey(*event) || runShortcut(*event))
         return;
     const auto insert = [&] {
         if (isReadOnly() || !runEditingKey(*event))
             QPlainTextEdit::keyPressEvent(event);
     };
-    if (!isReadOnly() && writesText(*event))
+    const bool isTyping = !isReadOnly() && writesText(*event);
+    if (isTyping)
         typeText(event->text(), insert);
     else
         insert();
+    m_completion->keyDone(isTyping ? event->text() : QString());
 }
 
 // A sign that an input method hands over alone is like one from the keyboard.
 void CodeEditor::inputMethodEvent(QInputMethodEvent *event)
 {
     m_isComposing = !event->preeditString().isEmpty();
+    m_completion->setComposing(m_isComposing);
     const QString committed = event->commitString();
     if (isReadOnly() || committed.isEmpty()) {
         QPlainTextEdit::inputMethodEvent(event);
@@ -353,4 +358,5 @@ void CodeEditor::inputMethodEvent(QInputMethodEvent *event)
             QPlainTextEdit::inputMethodEvent(event);
         }
     });
+    m_completion->keyDone(committed);
 }

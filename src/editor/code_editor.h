@@ -16,9 +16,12 @@
 #include <array>
 #include <functional>
 
+class AutoCompleter;
+class EditorCompletion;
 class LineNumberArea;
 class QMenu;
 class QTextBlock;
+struct SyntaxColors;
 
 // The colours of what the editor itself paints; the text's own are the highlighter's.
 struct EditorColors
@@ -50,10 +53,15 @@ public:
     // Family and size before zooming.
     void setCodeFont(const QFont &font);
     void setIndentation(const Indentation &indentation);
+    const Indentation &indentation() const { return m_indentation; }
     void setColors(const EditorColors &colors);
     // The picture under the text, 0 to 100 percent opaque; an empty path or one that holds no
     // picture: none.
     void setBackgroundImage(const QString &path, int opacityPercent);
+
+    // What offers completion and parameter hints, not owned; null, as at first: nothing does.
+    void setAutoCompleter(AutoCompleter *completer);
+    void setCompletionColors(const SyntaxColors &colors);
 
     QSet<int> breakpoints() const;
     void setBreakpoints(const QSet<int> &lines);
@@ -115,7 +123,19 @@ public slots:
     void zoomBy(int points);
     void resetZoom();
 
+    // Takes the offered item with this text, or this text, for the name begun at the cursor.
+    void insertCompletion(const QString &completion);
+    // The delayed trigger of completion; does nothing while the list is open.
+    void updateAutoComplete();
+    void updateCompletions();
+    void updateParamHint();
+
 signals:
+    // The delayed trigger has opened the list for what is typed of a name.
+    void requestAutoComplete(QString prefix);
+    // The cursor has come to the name of a command in the catalogue, or help for it is asked for.
+    void commandAtCursor(QString commandName);
+    void commandHelpRequested(QString commandName);
     void cursorPositionInfo(int line, int column);
     void filePathChanged(QString path);
     void breakpointToggled(int line, bool enabled);
@@ -165,6 +185,7 @@ private:
     QString m_filePath;
     std::array<QList<QTextEdit::ExtraSelection>, layerCount> m_selections;
     LineNumberArea *m_lineNumberArea;
+    EditorCompletion *m_completion;
     Indentation m_indentation;
     EditorColors m_colors;
     IssueMarks m_issues;

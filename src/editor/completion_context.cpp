@@ -1,52 +1,10 @@
 #include "editor/completion_context.h"
 
+#include "editor/masked_code.h"
+
 #include <QRegularExpression>
 
 namespace {
-
-// The quotes that end the string which `open` begins; empty for what begins none. Chinese quotes
-// become ASCII ones when the line is left, so either may close them.
-QString closingQuotes(QChar open)
-{
-    switch (open.unicode()) {
-    case u'"':
-        return QStringLiteral("\"");
-    case u'\'':
-        return QStringLiteral("'");
-    case u'“':
-    case u'”':
-        return QStringLiteral("”\"");
-    case u'‘':
-    case u'’':
-        return QStringLiteral("’'");
-    default:
-        return QString();
-    }
-}
-
-bool isSlash(QChar sign)
-{
-    return sign == QLatin1Char('/') || sign == QChar(u'／');
-}
-
-// Whether the line ends within a string or a line comment.
-bool endsOutsideCode(const QString &line)
-{
-    QString closing;
-    for (int i = 0; i < line.size(); ++i) {
-        const QChar sign = line.at(i);
-        if (closing.isEmpty()) {
-            if (isSlash(sign) && i + 1 < line.size() && isSlash(line.at(i + 1)))
-                return true;
-            closing = closingQuotes(sign);
-        } else if (sign == QLatin1Char('\\')) {
-            ++i;
-        } else if (closing.contains(sign)) {
-            closing.clear();
-        }
-    }
-    return !closing.isEmpty();
-}
 
 bool isNumber(const QString &word)
 {
@@ -64,7 +22,7 @@ CompletionContext completionContext(const QString &line)
     static const QRegularExpression word(
         QStringLiteral(R"((#[\w\x{4e00}-\x{9fff}]*|[\w\x{4e00}-\x{9fff}]+)$)"));
 
-    if (endsOutsideCode(line))
+    if (!maskedCode(line).endsInCode)
         return {};
     using Kind = CompletionContext::Kind;
     CompletionContext context;

@@ -20,6 +20,6 @@ struct CompletionContext
 };
 
 // `line` is the text of the line up to the cursor. In strings, also those with Chinese quotation
-// marks, in line comments and in numbers nothing is asked for. What lies on the lines before is not
-// known here: the caller tells strings and comments that begin there.
+// marks, in comments and in numbers nothing is asked for. What lies on the lines before is not
+// known here: the caller masks strings and comments that begin there.
 CompletionContext completionContext(const QString &line);

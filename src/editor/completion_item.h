@@ -58,7 +58,8 @@ struct CompletionItem
     CompletionKind kind = CompletionKind::Function;
     QString detail; // the call form or the type
     int score = 0;
-    bool takesParameters = true; // functions and user functions
+    bool takesParameters = true; // functions, user functions and methods
+    QString record = {}; // the name in the command catalogue of what explains it; may be empty
 
     QString kindWord() const { return QString::fromUtf16(row().word); }
     QString prefix() const

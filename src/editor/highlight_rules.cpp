@@ -299,6 +299,11 @@ const FixedWords &fixedWords()
 
 } // namespace
 
+QStringList fixedKeywords()
+{
+    return fixedWords().keywords;
+}
+
 QStringList furtherReservedWords()
 {
     QStringList result;

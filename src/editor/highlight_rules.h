@@ -9,6 +9,9 @@
 
 #include <vector>
 
+// The words that every editor colours as keywords.
+QStringList fixedKeywords();
+
 // The reserved words to colour beside the fixed ones. Types are not among them, as their words
 // stand in many names; a declaration shows its type anyway. Nor are words of one character.
 QStringList furtherReservedWords();
