@@ -1,10 +1,8 @@
 // vorelc new.
 #include "cli/cli_command.h"
-#include "driver/output_files.h"
 #include "project/project_manager.h"
 
 #include <QDir>
-#include <QFileInfo>
 
 namespace {
 
@@ -12,24 +10,6 @@ int refuse(const QString &message)
 {
     Console::error(message);
     return ExitCode::failed;
-}
-
-// A program of one file is no project.
-int makeSingleFile(const QString &folder, const QString &name)
-{
-    const QString error = projectNameError(name);
-    if (!error.isEmpty())
-        return refuse(error);
-    const QString path = QDir(folder).absoluteFilePath(name + QLatin1String(".vl"));
-    if (QFileInfo::exists(path))
-        return refuse(QStringLiteral("文件“%1”已经存在。").arg(QDir::toNativeSeparators(path)));
-    const TemplateFile program =
-        filesForNewProject(ProjectKind::Single, name, QString(), QDateTime::currentDateTime())
-            .first();
-    if (!QDir().mkpath(folder) || !OutputFiles::write(path, program.bytes))
-        return refuse(QStringLiteral("无法写入文件：%1").arg(QDir::toNativeSeparators(path)));
-    Console::result(QDir::toNativeSeparators(path));
-    return ExitCode::done;
 }
 
 } // namespace
@@ -43,8 +23,13 @@ int runNew(const CliOptions &options)
         return ExitCode::wrongUsage;
     }
     const QString folder = options.folder.isEmpty() ? QDir::currentPath() : options.folder;
-    if (*kind == ProjectKind::Single)
-        return makeSingleFile(folder, options.inputs.at(1));
+    if (*kind == ProjectKind::Single) {
+        const SingleFile made = createSingleFile(folder, options.inputs.at(1));
+        if (!made.error.isEmpty())
+            return refuse(made.error);
+        Console::result(QDir::toNativeSeparators(made.path));
+        return ExitCode::done;
+    }
     NewProject project;
     project.kind = *kind;
     project.name = options.inputs.at(1);
