@@ -63,7 +63,8 @@ std::optional<RecoveredText> read(const QString &path)
     content.path = textOf("path");
     content.title = textOf("title");
     // Also behind a zero character.
-    content.text = QString::fromUtf8(text.constData(), text.size());
+    content.text =
+        QString::fromUtf8(bytes.constData() + headerEnd + 1, bytes.size() - headerEnd - 1);
     content.time = QDateTime::fromString(textOf("time"), Qt::ISODateWithMs);
     content.baseHash = textOf("baseHash").toLatin1();
     content.cursorPosition =

@@ -32,6 +32,8 @@ struct RecoveryEntry
     RecoveredText content;
 };
 
+Q_DECLARE_METATYPE(RecoveryEntry)
+
 // Each process has a folder of its own, locked while it lives; so two running programs never take
 // the texts of each other. Whatever a folder holds that is no such text is passed over and stays.
 class RecoveryStore : public QObject
