@@ -84,6 +84,11 @@ void CodeGenerator::setUseBeautification(bool on)
     d->useBeautification = on;
 }
 
+void CodeGenerator::setMarksEveryStatement(bool on)
+{
+    d->input.marksEveryStatement = on;
+}
+
 void CodeGenerator::setClassRegistry(const ClassRegistryMap &registry)
 {
     d->input.classRegistry = registry;

@@ -42,6 +42,8 @@ public:
     // 0 to 5; anything else becomes 3.
     void setBeautificationScheme(int scheme);
     void setUseBeautification(bool on);
+    // Marks the source lines of heads of loops and branches and of jumps too, for the debugger.
+    void setMarksEveryStatement(bool on);
     // What the parser knows of classes and their members.
     void setClassRegistry(const ClassRegistryMap &registry);
 

@@ -28,6 +28,7 @@ struct GenerationInput
     QString uiBackend = QStringLiteral("win32");
     ClassRegistryMap classRegistry;
     const CommandLibrary *commands = nullptr;
+    bool marksEveryStatement = false;
 };
 
 // All state of a run lives here, so nothing of one build can leak into the next. The member
@@ -117,6 +118,8 @@ private:
     void declareVariable(const Node *node);
 
     // --- statements (statements.cpp, loops.cpp) ---
+    void markForDebugger(CodeWriter &writer, int start, const Node *node) const;
+    void openStatement(CodeWriter &writer, const Node *node, const QString &text) const;
     void writeBlock(CodeWriter &writer, const Node *block);
     void writeStatement(CodeWriter &writer, const Node *node);
     void writeNestedBlock(CodeWriter &writer, const Node *node);

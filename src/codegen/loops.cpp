@@ -81,9 +81,10 @@ void Generation::writeLoopBody(CodeWriter &writer, const Node *block, const QStr
 
 void Generation::writeWhile(CodeWriter &writer, const Node *node)
 {
-    writer.open(QLatin1String("while (") +
-                requiredCondition(node, node->children.value(0), QStringLiteral("当")) +
-                QLatin1String(") {"));
+    openStatement(writer, node,
+                  QLatin1String("while (") +
+                      requiredCondition(node, node->children.value(0), QStringLiteral("当")) +
+                      QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -103,8 +104,9 @@ void Generation::writeLoop(CodeWriter &writer, const Node *node)
         const Node *count = node->children.value(0);
         if (!count || count->type == Parser::Block)
             report(GeneratorMessage::missingLoopCount, node->line, {});
-        writer.open(QLatin1String("for (int _n = 0; _n < ") + expression(count) +
-                    QLatin1String("; _n = _n + 1) {"));
+        openStatement(writer, node,
+                      QLatin1String("for (int _n = 0; _n < ") + expression(count) +
+                          QLatin1String("; _n = _n + 1) {"));
         writeLoopBody(writer, lastBlock(node));
         writer.close();
     }
@@ -126,8 +128,9 @@ void Generation::writeCStyleLoop(CodeWriter &writer, const Node *node)
         init = expression(header.init);
     }
     const QString test = condition(header.test);
-    writer.open(QLatin1String("for (") + init + QLatin1String("; ") + test + QLatin1String("; ") +
-                expression(header.step) + QLatin1String(") {"));
+    openStatement(writer, node,
+                  QLatin1String("for (") + init + QLatin1String("; ") + test + QLatin1String("; ") +
+                      expression(header.step) + QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -143,8 +146,9 @@ void Generation::writeCountVarLoop(CodeWriter &writer, const Node *node)
 {
     const QString variable = loopVariable(node->children.value(1));
     const QString step = variable + QLatin1String(" = ") + variable + QLatin1String(" + 1;");
-    writer.open(QLatin1String("while (") + variable + QLatin1String(" < ") +
-                expression(node->children.value(0)) + QLatin1String(") {"));
+    openStatement(writer, node,
+                  QLatin1String("while (") + variable + QLatin1String(" < ") +
+                      expression(node->children.value(0)) + QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node), step);
     writer.line(step);
     writer.close();
@@ -160,10 +164,11 @@ void Generation::writeRangeLoop(CodeWriter &writer, const Node *node, bool step)
     const QString from = part(1, QStringLiteral("0"));
     const QString to = part(2, QStringLiteral("0"));
     const QString by = step ? part(3, QStringLiteral("1")) : QStringLiteral("1");
-    writer.open(QStringLiteral("for (") + variable + QLatin1String(" = ") + from +
-                QLatin1String("; ") + variable + QLatin1String(" < ") + to + QLatin1String("; ") +
-                variable + QLatin1String(" = ") + variable + QLatin1String(" + ") + by +
-                QLatin1String(") {"));
+    openStatement(writer, node,
+                  QStringLiteral("for (") + variable + QLatin1String(" = ") + from +
+                      QLatin1String("; ") + variable + QLatin1String(" < ") + to +
+                      QLatin1String("; ") + variable + QLatin1String(" = ") + variable +
+                      QLatin1String(" + ") + by + QLatin1String(") {"));
     writeLoopBody(writer, lastBlock(node));
     writer.close();
 }
@@ -185,7 +190,9 @@ void Generation::writeForEach(CodeWriter &writer, const Node *node)
     // The body stands twice, so each further level would double the text once more.
     const ScopeStack::Guard scope(m_scopes, true);
     writer.open(QStringLiteral("{"));
+    const int start = writer.position();
     writer.line(QStringLiteral("const int _vl_fe_n = VL_ArrayLen(") + array + QLatin1String(");"));
+    markForDebugger(writer, start, node);
     if (m_forEachDepth >= 2) {
         writeForEachOnce(writer, block, array, index, element);
         writer.close();

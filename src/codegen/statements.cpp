@@ -47,9 +47,11 @@ void Generation::writeStatement(CodeWriter &writer, const Node *node)
         break;
     case Parser::Break:
         writeBreak(writer, node);
+        markForDebugger(writer, start, node);
         break;
     case Parser::Continue:
         writeContinue(writer, node);
+        markForDebugger(writer, start, node);
         break;
     case Parser::ExprStmt:
         if (!node->children.isEmpty()) {
@@ -61,6 +63,20 @@ void Generation::writeStatement(CodeWriter &writer, const Node *node)
     default:
         break;
     }
+}
+
+void Generation::markForDebugger(CodeWriter &writer, int start, const Node *node) const
+{
+    if (m_input.marksEveryStatement)
+        writer.markSourceLine(start, node->line);
+}
+
+// The head of a statement with a block of its own.
+void Generation::openStatement(CodeWriter &writer, const Node *node, const QString &text) const
+{
+    const int start = writer.position();
+    writer.open(text);
+    markForDebugger(writer, start, node);
 }
 
 // A block in a block has no braces of its own, unless it declares what the block around it declares
@@ -118,8 +134,9 @@ void Generation::writeIf(CodeWriter &writer, const Node *node)
         writeBlock(writer, block);
     };
     const Node *first = node->children.value(0);
-    writer.open(QLatin1String("if (") + requiredCondition(node, first, QStringLiteral("如果")) +
-                QLatin1String(") {"));
+    openStatement(writer, node,
+                  QLatin1String("if (") + requiredCondition(node, first, QStringLiteral("如果")) +
+                      QLatin1String(") {"));
     const int bodyIndex = first && first->type == Parser::Block ? 0 : 1;
     writeBody(node->children.value(bodyIndex));
     for (int i = bodyIndex + 1; i < node->children.size(); ++i) {
@@ -162,9 +179,11 @@ void Generation::writeSwitchBody(CodeWriter &writer, const Node *node)
     };
     const Node *subject = node->children.first();
     const bool noSubject = subject->type == Parser::Case || subject->type == Parser::Default;
+    const int start = writer.position();
     writer.line(QLatin1String("auto _switch_val = ") +
                 requiredCondition(node, noSubject ? nullptr : subject, QStringLiteral("选择")) +
                 QLatin1Char(';'));
+    markForDebugger(writer, start, node);
     const Node *otherwise = nullptr;
     bool anyCase = false;
     for (const Node *label : node->children) {

@@ -2,6 +2,7 @@
 #include "driver/build_run.h"
 
 #include "driver/build_messages.h"
+#include "driver/debug_breakpoints.h"
 #include "driver/output_copies.h"
 #include "driver/output_files.h"
 #include "driver/shell_icons.h"
@@ -68,6 +69,10 @@ bool BuildPipeline::Run::finishProgram()
     }
     insertLibraryText(program, m_libraryText.runtimeText);
     repairHeaders(program);
+    if (m_debug.stopsAnywhere()) {
+        insertBreakpoints(program, m_debug.breakpoints,
+                          {m_text, m_lineMap, functionLinesOf(m_tree.get())});
+    }
     return true;
 }
 

@@ -214,6 +214,7 @@ void BuildPipeline::Run::registerWindows()
     generator.setUiBackend(m_request.uiBackend);
     generator.setUseBeautification(m_request.useBeautification);
     generator.setBeautificationScheme(m_request.beautificationScheme);
+    generator.setMarksEveryStatement(m_debug.stopsAnywhere());
     bool any = false;
     for (const CompilerWindowBuildSpec &window : m_request.windowSpecs) {
         any = generator.registerWindow(window.name, window.filePath, window.components,

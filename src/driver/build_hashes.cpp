@@ -156,7 +156,7 @@ QByteArray classFiles(const CompilerBuildRequest &request)
 }
 
 // What the snapshot leaves out and the program shows all the same.
-QByteArray otherInputs(const CompilerBuildRequest &request)
+QByteArray otherInputs(const CompilerBuildRequest &request, const DebugOptions &debug)
 {
     OrderedObject object;
     object.add("useBeautification", request.useBeautification)
@@ -171,6 +171,8 @@ QByteArray otherInputs(const CompilerBuildRequest &request)
                        .add("components", componentsJson(window.components))
                        .text();
     }
+    if (debug.stopsAnywhere())
+        object.add("breakpoints", breakpointsJson(debug.breakpoints));
     return object.add("windows", joined(windows)).text();
 }
 
@@ -232,7 +234,7 @@ BuildHashes ofBuild(const QString &text, const CompilerBuildRequest &request,
     const QByteArray units =
         QByteArray::fromRawData(reinterpret_cast<const char *>(collapsed.constData()),
                                 collapsed.size() * int(sizeof(QChar)));
-    hashes.digest = digestOf({units, snapshot, otherInputs(request), classFiles(request)});
+    hashes.digest = digestOf({units, snapshot, otherInputs(request, debug), classFiles(request)});
     return hashes;
 }
 

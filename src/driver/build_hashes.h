@@ -11,6 +11,9 @@
 // What the debugger wants of a program.
 struct DebugOptions
 {
+    // Whether the program gets calls for the debugger.
+    bool stopsAnywhere() const { return isOn && !breakpoints.isEmpty(); }
+
     bool isOn = false;
     CompilerDebugBreakpointsMap breakpoints;
 };
