@@ -1,6 +1,7 @@
 // What a build tells while it goes on, and how it learns that it is no longer wanted.
 #pragma once
 
+#include <QMetaType>
 #include <QString>
 
 // One problem of the user's program or of the build. `file` and `line` are empty and 0 without a
@@ -22,6 +23,8 @@ struct BuildDiagnostic
     int column = 0;
     QString nearText = {};
 };
+
+Q_DECLARE_METATYPE(BuildDiagnostic)
 
 class BuildListener
 {

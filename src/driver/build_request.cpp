@@ -1,5 +1,7 @@
 #include "driver/build_request.h"
 
+#include "driver/build_listener.h"
+
 CompilerBuildRequest CompilerBuildRequest::normalized() const
 {
     CompilerBuildRequest request = *this;
@@ -33,4 +35,5 @@ void registerBuildMetaTypes()
     qRegisterMetaType<CompilerBuildRequest>("CompilerBuildRequest");
     qRegisterMetaType<CompilerFastSkipSnapshot>("CompilerFastSkipSnapshot");
     qRegisterMetaType<CompilerDebugBreakpointsMap>("CompilerDebugBreakpointsMap");
+    qRegisterMetaType<BuildDiagnostic>("BuildDiagnostic");
 }

@@ -49,6 +49,7 @@ private:
 
 void Compiler::Listener::diagnostic(const BuildDiagnostic &diagnostic)
 {
+    emit m_compiler.compileDiagnostic(diagnostic);
     if (diagnostic.severity == BuildDiagnostic::Severity::Warning)
         emit m_compiler.compileWarning(diagnostic.file, diagnostic.line, diagnostic.text);
     else if (diagnostic.file.isEmpty())
@@ -172,8 +173,14 @@ void Compiler::run()
         return;
     }
     stopRunForProject(project);
-    RunRecord record{std::make_unique<ProgramRunner>(), project};
-    connect(record.runner.get(), &ProgramRunner::outputReady, this, &Compiler::runOutput);
+    RunRecord record{std::make_unique<ProgramRunner>(), std::make_unique<OutputThrottle>(),
+                     project};
+    connect(record.runner.get(), &ProgramRunner::outputReady, record.output.get(),
+            &OutputThrottle::add);
+    connect(record.output.get(), &OutputThrottle::ready, this, &Compiler::runOutput);
+    // Later: the record must not go while its runner is at work.
+    connect(record.runner.get(), &ProgramRunner::finished, this, &Compiler::pollRunProcesses,
+            Qt::QueuedConnection);
     emit runStarted(project);
     const QString error = record.runner->start(
         program, {}, QFileInfo(program).path(), ProgramRunner::Channels::Captured,
@@ -191,23 +198,36 @@ void Compiler::run()
 void Compiler::pollRunProcesses()
 {
     for (auto record = m_runs.begin(); record != m_runs.end();) {
-        if (record->runner->isRunning()) {
+        if (record->runner->isRunning() || record->output->hasMore()) {
             ++record;
             continue;
         }
         const RunRecord ended = std::move(*record);
         record = m_runs.erase(record);
+        ended.output->finish();
         emit runFinished(ended.runner->exitCode(), ended.canonicalProjectPath);
     }
     if (m_runs.empty())
         m_pollTimer.stop();
 }
 
-void Compiler::stopRunForProject(const QString &canonicalProjectPath)
+std::vector<Compiler::RunRecord>::iterator Compiler::findRun(const QString &canonicalProjectPath)
 {
-    const auto record = std::find_if(m_runs.begin(), m_runs.end(), [&](const RunRecord &candidate) {
+    return std::find_if(m_runs.begin(), m_runs.end(), [&](const RunRecord &candidate) {
         return candidate.canonicalProjectPath == canonicalProjectPath;
     });
+}
+
+void Compiler::slotWriteRunInput(const QString &canonicalProjectPath, const QString &line)
+{
+    const auto record = findRun(canonicalProjectPath);
+    if (record != m_runs.end())
+        record->runner->writeInput(line);
+}
+
+void Compiler::stopRunForProject(const QString &canonicalProjectPath)
+{
+    const auto record = findRun(canonicalProjectPath);
     if (record == m_runs.end())
         return;
     const RunRecord stopped = std::move(*record);
@@ -227,6 +247,7 @@ void Compiler::stop()
     for (const RunRecord &record : runs) {
         record.runner->disconnect(this);
         record.runner->stop();
+        record.output->finish();
         emit runFinished(record.runner->exitCode(), record.canonicalProjectPath);
     }
 }

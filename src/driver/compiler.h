@@ -2,6 +2,7 @@
 #pragma once
 
 #include "driver/build_pipeline.h"
+#include "driver/output_throttle.h"
 #include "driver/program_runner.h"
 
 #include <QMutex>
@@ -43,6 +44,8 @@ public slots:
     void run();
     void stop();
     void stopRunForProject(const QString &canonicalProjectPath);
+    // A line for the standard input of that project's program; lost without one.
+    void slotWriteRunInput(const QString &canonicalProjectPath, const QString &line);
     void slotShutdownDestroy();
     void slotSetTargetPlatform(const QString &platform);
     void slotSetBuildConfig(const QString &config);
@@ -59,10 +62,14 @@ signals:
     void compileError(int line, QString error);
     void compileErrorWithFile(QString file, int line, QString error);
     void compileWarning(QString file, int line, QString warning);
+    // The same problems, each with all that is known of it.
+    void compileDiagnostic(BuildDiagnostic diagnostic);
     void compileOutput(QString output);
     void compileOutputWithStyle(QString text, int style);
     void runStarted(QString canonicalProjectPath);
     void runFinished(int exitCode, QString canonicalProjectPath);
+    // At most about twenty times a second for each program, and no more text than one can look at:
+    // of a flood the older part is left out.
     void runOutput(QString output);
     void debugOutput(QString output);
 
@@ -72,10 +79,12 @@ private:
     struct RunRecord
     {
         std::unique_ptr<ProgramRunner> runner;
+        std::unique_ptr<OutputThrottle> output;
         QString canonicalProjectPath;
     };
 
     BuildOutcome runPipeline();
+    std::vector<RunRecord>::iterator findRun(const QString &canonicalProjectPath);
     QString programPath() const;
     QString currentProject() const;
     void deleteLaterWhenIdle();

@@ -59,14 +59,18 @@ QString ProgramRunner::start(const QString &executable, const QStringList &argum
     if (m_inherited) {
         m_process.setProcessChannelMode(QProcess::ForwardedOutputChannel);
         m_process.setInputChannelMode(QProcess::ForwardedInputChannel);
-    } else {
-        m_process.setStandardInputFile(QProcess::nullDevice());
     }
     m_process.start(m_launch->program, m_launch->arguments);
     if (!m_process.waitForStarted(15000))
         return RunMessage::text(RunMessage::notStarted).arg(executable, m_process.errorString());
     m_launch->adopt(m_process);
     return QString();
+}
+
+void ProgramRunner::writeInput(const QString &line)
+{
+    if (isRunning() && !m_inherited)
+        m_process.write(line.toUtf8() + '\n');
 }
 
 bool ProgramRunner::isRunning() const

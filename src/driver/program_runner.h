@@ -18,7 +18,7 @@ class ProgramRunner : public QObject
 public:
     enum class Channels
     {
-        Captured,  // output arrives by `outputReady`, standard input is empty
+        Captured,  // output arrives by `outputReady`, input goes by `writeInput`
         Inherited, // the program shares the channels of this process
     };
     // Told what takes time ahead of the start, such as setting up the run environment.
@@ -34,6 +34,9 @@ public:
     // Starts `executable` in `folder`. Empty on success, else a Chinese sentence.
     QString start(const QString &executable, const QStringList &arguments, const QString &folder,
                   Channels channels, const Progress &progress = {});
+    // A line for the standard input of a program with captured channels, as UTF-8; without one that
+    // runs nothing happens.
+    void writeInput(const QString &line);
     bool isRunning() const;
     qint64 processId() const;
     // Of the ended program; -1 when it was killed or has crashed. A host without Windows passes the

@@ -11,6 +11,7 @@ inline QString text(const char *utf8)
 }
 
 constexpr char notStarted[] = "无法启动程序：%1（%2）";
+constexpr char outputLeftOut[] = "…（输出过多，省略了 %1 个字符）\n";
 constexpr char noExecutable[] = "找不到可执行文件：%1，请先编译。";
 constexpr char noWine[] =
     "未找到 wine，无法运行 Windows 程序。请安装软件包：sudo apt install wine64";

@@ -55,6 +55,18 @@ int printALot()
     return 0;
 }
 
+int echoLines()
+{
+    char line[256];
+    while (std::fgets(line, sizeof line, stdin)) {
+        if (std::strcmp(line, "完\n") == 0)
+            return 0;
+        std::printf("<%s>", line);
+        std::fflush(stdout);
+    }
+    return 1;
+}
+
 // A child of its own that has left the group and the session.
 int startGrandchild()
 {
@@ -106,6 +118,8 @@ int main(int argc, char *argv[])
         std::raise(SIGSEGV);
     if (mode == "huge")
         return printALot();
+    if (mode == "echo")
+        return echoLines();
     if (mode == "bytes")
         return printBytes();
     if (mode == "invalid") {

@@ -14,6 +14,7 @@ private slots:
     void passesExitCodes_data();
     void passesExitCodes();
     void passesOutputWhileTheProgramRuns();
+    void passesInput();
     void killsGrandchildren();
     void endsWithItsOwner();
     void saysWhatIsMissing();
@@ -71,6 +72,22 @@ void ProgramRunnerTest::passesOutputWhileTheProgramRuns()
     QTRY_VERIFY(!other.isRunning());
     QVERIFY2(text.contains(QStringLiteral("你好|")) && text.contains(QStringLiteral("err|")),
              qPrintable(text));
+}
+
+void ProgramRunnerTest::passesInput()
+{
+    ProgramRunner runner;
+    runner.writeInput(QStringLiteral("太早"));
+    QString text;
+    connect(&runner, &ProgramRunner::outputReady, this, [&](const QString &part) { text += part; });
+    QCOMPARE(start(runner, {QStringLiteral("echo")}), QString());
+    runner.writeInput(QStringLiteral("你好"));
+    runner.writeInput(QString());
+    QTRY_COMPARE(text, QStringLiteral("<你好\n><\n>"));
+    runner.writeInput(QStringLiteral("完"));
+    QTRY_VERIFY(!runner.isRunning());
+    QCOMPARE(runner.exitCode(), 0);
+    runner.writeInput(QStringLiteral("太晚"));
 }
 
 void ProgramRunnerTest::killsGrandchildren()
