@@ -4,8 +4,10 @@
 #include "editor/line_number_area.h"
 #include "editor/punctuation.h"
 
+#include <QFileInfo>
 #include <QInputMethodEvent>
 #include <QKeyEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 
 #include <algorithm>
@@ -28,8 +30,16 @@ const Shortcut kShortcuts[] = {
     {int(Qt::CTRL) | Qt::Key_F2, &CodeEditor::toggleBookmark},
     {Qt::Key_F2, &CodeEditor::goToNextBookmark},
     {int(Qt::SHIFT) | Qt::Key_F2, &CodeEditor::goToPreviousBookmark},
+    {int(Qt::ALT) | Qt::Key_Up, &CodeEditor::moveLinesUp},
+    {int(Qt::ALT) | Qt::Key_Down, &CodeEditor::moveLinesDown},
     {int(Qt::CTRL) | Qt::Key_0, &CodeEditor::resetZoom},
+    {int(Qt::CTRL) | Qt::Key_Plus, &CodeEditor::zoomInOnePoint},
+    {int(Qt::CTRL) | int(Qt::SHIFT) | Qt::Key_Plus, &CodeEditor::zoomInOnePoint},
+    {int(Qt::CTRL) | Qt::Key_Equal, &CodeEditor::zoomInOnePoint},
+    {int(Qt::CTRL) | Qt::Key_Minus, &CodeEditor::zoomOutOnePoint},
 };
+
+constexpr int kOccurrenceDelay = 200; // milliseconds
 
 // Whether the key writes its text. Ctrl+Alt is the AltGr of keyboards that write brackets with it.
 bool writesText(const QKeyEvent &event)
@@ -57,6 +67,11 @@ CodeEditor::CodeEditor(QWidget *parent)
     connect(this, &CodeEditor::cursorPositionChanged, this, &CodeEditor::onCursorPositionChanged);
     connect(this, &CodeEditor::textChanged, this, &CodeEditor::highlightCurrentLine);
     connect(this, &CodeEditor::textChanged, this, &CodeEditor::parseCurrentDocument);
+    m_occurrenceTimer.setSingleShot(true);
+    m_occurrenceTimer.setInterval(kOccurrenceDelay);
+    connect(&m_occurrenceTimer, &QTimer::timeout, this, &CodeEditor::highlightOccurrences);
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, &m_occurrenceTimer,
+            qOverload<>(&QTimer::start));
     setColors(EditorColors());
     applyFont();
 }
@@ -67,6 +82,12 @@ void CodeEditor::setFilePath(const QString &path)
         return;
     m_filePath = path;
     emit filePathChanged(path);
+}
+
+QString CodeEditor::title() const
+{
+    return m_filePath.isEmpty() ? QStringLiteral("未命名(未保存)")
+                                : QFileInfo(m_filePath).fileName();
 }
 
 QSet<int> CodeEditor::breakpoints() const
@@ -260,6 +281,8 @@ void CodeEditor::onCursorPositionChanged()
             convertLine(left);
     }
     highlightCurrentLine();
+    setSelections(Layer::Occurrences, {});
+    m_occurrenceTimer.start();
     emit cursorPositionInfo(cursor.blockNumber() + 1, cursor.positionInBlock() + 1);
 }
 

@@ -12,6 +12,7 @@
 #include <QPlainTextEdit>
 #include <QSet>
 #include <QTextCursor>
+#include <QTimer>
 
 #include <array>
 #include <functional>
@@ -28,6 +29,7 @@ struct EditorColors
 {
     QColor background{Setting::colorKey(Setting::Color::Background).fallback};
     QColor currentLine{Setting::colorKey(Setting::Color::CurrentLine).fallback};
+    QColor occurrence{0x57, 0x57, 0x57, 0x90};
     QColor bracketMatch{Setting::colorKey(Setting::Color::BracketMatch).fallback};
     QColor lineNumber{Setting::colorKey(Setting::Color::LineNumber).fallback};
     QColor text{Setting::colorKey(Setting::Color::Text).fallback};
@@ -43,12 +45,17 @@ struct EditorColors
 class CodeEditor : public QPlainTextEdit
 {
     Q_OBJECT
+    Q_PROPERTY(bool codeEditor READ isCodeEditor CONSTANT)
 
 public:
     explicit CodeEditor(QWidget *parent = nullptr);
 
     QString filePath() const { return m_filePath; }
     void setFilePath(const QString &path);
+    // The name of the file; "未命名(未保存)" without one.
+    QString title() const;
+    // For those who know of no more than a widget.
+    bool isCodeEditor() const { return true; }
 
     // Family and size before zooming.
     void setCodeFont(const QFont &font);
@@ -110,6 +117,11 @@ public slots:
     void duplicate();
     void toggleLineComments();
     void toggleBlockComment();
+    // The lines of the selection change places with the line above or below.
+    void moveLinesUp();
+    void moveLinesDown();
+    // Formats the whole text; marks and the cursor stay where their lines go.
+    void formatSource();
     // Sets the selected lines into the statement `word`; see CodeTemplates::wrapWords(). Their
     // marks are lost.
     void wrapSelection(const QString &word);
@@ -121,6 +133,8 @@ public slots:
 
     // Points added to the size of the font, which stays between 6 and 72.
     void zoomBy(int points);
+    void zoomInOnePoint() { zoomBy(1); }
+    void zoomOutOnePoint() { zoomBy(-1); }
     void resetZoom();
 
     // Takes the offered item with this text, or this text, for the name begun at the cursor.
@@ -157,6 +171,7 @@ private slots:
     void updateLineNumberAreaWidth(int newBlockCount);
     void updateLineNumberArea(const QRect &rect, int dy);
     void highlightCurrentLine();
+    void highlightOccurrences();
     void onCursorPositionChanged();
 
 private:
@@ -180,6 +195,7 @@ private:
     void paintIssueMark(QPainter &painter, bool isWarning, const QRect &line) const;
     int characterAt(const QPoint &place) const;
     void applyFont();
+    void moveLines(bool down);
     QList<QTextEdit::ExtraSelection> bracketSelections() const;
 
     QString m_filePath;
@@ -198,4 +214,9 @@ private:
     // In the line that has been typed in since the cursor came to it; null: none.
     QTextCursor m_typedLine;
     bool m_isComposing = false;
+    QTimer m_occurrenceTimer;
 };
+
+// Makes `text` of what the editor shows, in one step of undo. Only lines that differ are touched,
+// so that marks and the cursor stay with their lines as long as these differ in blanks only.
+void applyFormatted(CodeEditor &editor, const QString &text);
