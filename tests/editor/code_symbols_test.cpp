@@ -1,7 +1,12 @@
 // What a text declares, also while it is being typed.
 #include "editor/code_symbols.h"
 
+#include "frontend/parse_helper.h"
+
+#include <QDirIterator>
 #include <QtTest>
+
+#include <memory>
 
 namespace {
 
@@ -29,6 +34,24 @@ QString described(const CodeSymbol &symbol)
     return parts.join(QLatin1Char(' '));
 }
 
+// The names that a tree declares, with what they belong to.
+void collectNames(const Parser::ASTNode *node, const QString &owner, QStringList *names)
+{
+    const bool isParameter = node->type == Parser::Identifier && !owner.isEmpty();
+    const bool declares = node->type == Parser::FunctionDecl || node->type == Parser::ClassDecl ||
+                          node->type == Parser::VarDecl || isParameter;
+    const QString name = owner.isEmpty() ? node->value : owner + QLatin1Char('.') + node->value;
+    if (declares)
+        *names << name;
+    const bool isRoutine = node->type == Parser::FunctionDecl;
+    const bool isOwner = isRoutine || node->type == Parser::ClassDecl;
+    for (const Parser::ASTNode *child : node->children) {
+        // A lone name declares nothing but a parameter.
+        if (isRoutine || child->type != Parser::Identifier)
+            collectNames(child, isOwner ? name : owner, names);
+    }
+}
+
 } // namespace
 
 class CodeSymbolsTest : public QObject
@@ -41,6 +64,8 @@ private slots:
     void keepsTheOthersOfABrokenText_data();
     void keepsTheOthersOfABrokenText();
     void endsOnAnyPrefix();
+    void agreesWithTheParser_data();
+    void agreesWithTheParser();
 };
 
 void CodeSymbolsTest::reads_data()
@@ -173,6 +198,45 @@ void CodeSymbolsTest::endsOnAnyPrefix()
             lastLine = symbol.line;
         }
     }
+}
+
+void CodeSymbolsTest::agreesWithTheParser_data()
+{
+    QTest::addColumn<QString>("path");
+    const QDir root(QStringLiteral(VOREL_SOURCE_DIR));
+    for (const char *folder : {"tests/programs", "tests/windows"}) {
+        QDirIterator files(root.filePath(QLatin1String(folder)), {QStringLiteral("*.vc")},
+                           QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext()) {
+            const QString path = files.next();
+            QTest::newRow(qPrintable(root.relativeFilePath(path))) << path;
+        }
+    }
+}
+
+// Whole programs have the same declarations for both.
+void CodeSymbolsTest::agreesWithTheParser()
+{
+    QFETCH(QString, path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const QString text = QString::fromUtf8(file.readAll());
+    ParseHelper parser;
+    parser.preScanVppDir(QFileInfo(path).path());
+    const std::unique_ptr<Parser::ASTNode> tree(parser.parseSource(text));
+    QCOMPARE(parser.getParserErrors(), QStringList());
+    QStringList expected;
+    for (const Parser::ASTNode *node : qAsConst(tree->children))
+        collectNames(node, QString(), &expected);
+    QStringList found;
+    const CodeSymbols symbols = readCodeSymbols(text);
+    for (const CodeSymbol &symbol : symbols) {
+        found << (symbol.owner.isEmpty() ? symbol.name
+                                         : symbol.owner + QLatin1Char('.') + symbol.name);
+    }
+    expected.sort();
+    found.sort();
+    QCOMPARE(found, expected);
 }
 
 QTEST_GUILESS_MAIN(CodeSymbolsTest)
