@@ -1,0 +1,145 @@
+#include "shell/file_search.h"
+
+#include <QThread>
+
+namespace {
+
+constexpr int portionSize = 200;
+
+// Runs on the search's own thread.
+class Worker
+{
+public:
+    using Report = std::function<void(const QList<SearchHit> &hits)>;
+
+    Worker(SearchPattern pattern, SearchQuery query, std::atomic_bool &isCancelled, Report report)
+        : m_pattern(std::move(pattern)),
+          m_query(std::move(query)),
+          m_isCancelled(isCancelled),
+          m_report(std::move(report))
+    {}
+
+    SearchSummary run(const QList<SearchFile> &files)
+    {
+        for (const SearchFile &file : files) {
+            if (m_isCancelled || m_summary.hitLimit)
+                break;
+            search(file);
+        }
+        flush();
+        m_summary.wasCancelled = m_isCancelled;
+        return m_summary;
+    }
+
+private:
+    void search(const SearchFile &file)
+    {
+        std::optional<QString> text = file.liveText;
+        if (!text) {
+            if (const auto read = readFileText(file.path))
+                text = read->text;
+        }
+        if (!text) {
+            m_summary.skipped << file.name;
+            return;
+        }
+        const int before = m_summary.hits;
+        searchText(file, *text, m_pattern, m_query, [this](const SearchHit &hit) {
+            m_summary.hitLimit = m_summary.hits == FileSearch::maxHits;
+            if (m_isCancelled || m_summary.hitLimit)
+                return false;
+            ++m_summary.hits;
+            m_portion << hit;
+            if (m_portion.size() == portionSize)
+                flush();
+            return true;
+        });
+        m_summary.filesWithHits += m_summary.hits > before ? 1 : 0;
+    }
+
+    void flush()
+    {
+        if (!m_portion.isEmpty())
+            m_report(m_portion);
+        m_portion.clear();
+    }
+
+    SearchPattern m_pattern;
+    SearchQuery m_query;
+    std::atomic_bool &m_isCancelled;
+    Report m_report;
+    SearchSummary m_summary;
+    QList<SearchHit> m_portion;
+};
+
+} // namespace
+
+QString SearchSummary::text() const
+{
+    QString text = hits == 0
+                       ? QStringLiteral("没有找到")
+                       : QStringLiteral("在 %2 个文件中找到 %1 处").arg(hits).arg(filesWithHits);
+    if (hitLimit)
+        text += QStringLiteral("，还有更多没有列出");
+    if (wasCancelled)
+        text += QStringLiteral("，查找被取消");
+    if (!skipped.isEmpty())
+        text += QStringLiteral("，跳过 %1 个不是文本或打不开的文件").arg(skipped.size());
+    return text;
+}
+
+FileSearch::FileSearch(QObject *parent) : QObject(parent) {}
+
+FileSearch::~FileSearch()
+{
+    abandon();
+}
+
+void FileSearch::abandon()
+{
+    ++m_number;
+    if (!m_thread)
+        return;
+    *m_isCancelled = true;
+    m_thread->wait();
+    m_thread.reset();
+}
+
+void FileSearch::cancel()
+{
+    if (m_thread)
+        *m_isCancelled = true;
+}
+
+QString FileSearch::start(const QList<SearchFile> &files, const SearchQuery &query)
+{
+    const SearchPattern pattern = compileSearch(query);
+    if (!pattern.error.isEmpty())
+        return pattern.error;
+    abandon();
+    m_isCancelled = std::make_shared<std::atomic_bool>(false);
+    // Called on the worker's thread; this object waits for that before it ends.
+    const auto post = [this, number = m_number](auto action) {
+        QMetaObject::invokeMethod(
+            this,
+            [this, number, action] {
+                if (number == m_number)
+                    action();
+            },
+            Qt::QueuedConnection);
+    };
+    const auto work = [this, post, files, pattern, query, isCancelled = m_isCancelled] {
+        const auto report = [this, post](const QList<SearchHit> &hits) {
+            post([this, hits] { emit hitsFound(hits); });
+        };
+        const SearchSummary summary = Worker(pattern, query, *isCancelled, report).run(files);
+        post([this, summary] {
+            m_thread->wait();
+            m_thread.reset();
+            emit finished(summary);
+        });
+    };
+    m_thread.reset(QThread::create(work));
+    m_thread->start();
+    return QString();
+}

@@ -1,0 +1,139 @@
+// Finding and replacing text in many files.
+#pragma once
+
+#include <QByteArray>
+#include <QHash>
+#include <QList>
+#include <QMetaType>
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <optional>
+
+class QTextDocument;
+
+namespace VL {
+struct ProjectInfo;
+}
+
+struct SearchQuery
+{
+    QString text;
+    bool matchCase = false;
+    bool wholeWord = false; // letters, digits and "_" on both sides end a match
+    bool isRegularExpression = false;
+    // What a hit is to become; "$0" to "$9" stand for what a regular expression captured.
+    QString replacement;
+};
+
+// What to look for, or why it cannot be looked for.
+struct SearchPattern
+{
+    QRegularExpression expression;
+    QString error; // Chinese sentence, empty for a good query
+};
+
+SearchPattern compileSearch(const SearchQuery &query);
+
+// A file to be searched.
+struct SearchFile
+{
+    QString path; // absolute
+    QString name; // how results call it
+    // What an editor holds of it; searched in place of the file.
+    std::optional<QString> liveText;
+};
+
+// The sources and resources of a project; forms are left to the designer. `liveTexts` is keyed by
+// absolute path.
+QList<SearchFile> searchFilesOf(const VL::ProjectInfo &info,
+                                const QHash<QString, QString> &liveTexts);
+
+struct SearchHit
+{
+    QString path;
+    QString name;
+    int line = 0;     // from 1
+    int column = 0;   // from 1
+    int position = 0; // in the text of the file
+    QString match;    // never empty, never more than one line
+    QString replacement;
+    QString lineText; // without its line end
+};
+
+Q_DECLARE_METATYPE(QList<SearchHit>)
+
+// Receives the hits of a text one by one and says whether to go on.
+using TakeHit = std::function<bool(const SearchHit &hit)>;
+
+// The hits in `text`, the file's own or the live one.
+void searchText(const SearchFile &file, const QString &text, const SearchPattern &pattern,
+                const SearchQuery &query, const TakeHit &take);
+
+// The text of a file together with what is needed to write it back as it was.
+struct FileText
+{
+    enum class Encoding
+    {
+        Utf8,
+        Utf8WithMark,
+        Gb18030,
+    };
+
+    QString text; // line ends as in the file
+    Encoding encoding = Encoding::Utf8;
+};
+
+// Larger files (bytes) are not searched.
+constexpr qint64 maxSearchBytes = qint64(16) * 1024 * 1024;
+
+// Nothing for binary files, files that are too large and those that cannot be read.
+std::optional<FileText> readFileText(const QString &path);
+// Nothing when the bytes are no text, or a text that would not be written back the same.
+std::optional<FileText> decodeFileText(const QByteArray &bytes);
+QByteArray encodeFileText(const FileText &text);
+
+// One replacement.
+struct TextEdit
+{
+    int position = 0;
+    QString oldText;
+    QString newText;
+};
+
+// The replacements in one file, in the order of their places, none touching another.
+struct FileEdits
+{
+    QString path;
+    QList<TextEdit> edits;
+};
+
+Q_DECLARE_METATYPE(QList<FileEdits>)
+
+// One record for each file, for hits in the order in which they were found.
+QList<FileEdits> editsOf(const QList<SearchHit> &hits);
+
+// All or nothing: false, and nothing changes, when the text is no longer the one that was searched.
+[[nodiscard]] bool applyEdits(QString &text, const QList<TextEdit> &edits);
+// The same in an open document, as one step of undo.
+[[nodiscard]] bool applyEdits(QTextDocument &document, const QList<TextEdit> &edits);
+// The same in a file on disk, whose encoding and line ends stay. Empty, or why not: a Chinese
+// sentence.
+QString applyEditsToFile(const FileEdits &edits);
+
+struct ReplaceOutcome
+{
+    int replacements = 0;
+    int files = 0;
+    QStringList errors; // one Chinese sentence for each file that stays as it was
+
+    // In Chinese, for a status line.
+    QString text() const;
+};
+
+// Replaces in open documents, where `documentOf` knows one for a path, and on disk elsewhere.
+ReplaceOutcome
+replaceInFiles(const QList<FileEdits> &files,
+               const std::function<QTextDocument *(const QString &path)> &documentOf);
