@@ -170,13 +170,11 @@ bool CompletionPopup::moveBy(int key)
 void CompletionPopup::showHelp()
 {
     const CompletionItem *item = isVisible() ? currentItem() : nullptr;
-    const QString text = item ? AutoCompleter::help(*item) : QString();
-    m_help->setVisible(!text.isEmpty());
-    if (text.isEmpty())
-        return;
-    m_help->setText(text);
+    m_help->setText(item ? AutoCompleter::help(*item) : QString());
     const QSize size(helpWidth, m_help->heightForWidth(helpWidth));
-    m_help->setGeometry(PopupPlace::help(geometry(), size, screenAt(geometry().center())));
+    const QRect place = PopupPlace::help(geometry(), size, screenAt(geometry().center()));
+    m_help->setGeometry(place);
+    m_help->setVisible(!m_help->text().isEmpty() && !place.isNull());
 }
 
 void CompletionPopup::hideEvent(QHideEvent *event)

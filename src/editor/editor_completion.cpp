@@ -112,6 +112,11 @@ bool EditorCompletion::takesKey(const QKeyEvent &event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         return modifiers == Qt::NoModifier && acceptsCurrent();
+    case Qt::Key_Tab:
+        if (modifiers != Qt::ShiftModifier)
+            return false;
+        hideList();
+        return true;
     default:
         return modifiers == Qt::NoModifier && m_popup->moveBy(event.key());
     }

@@ -35,19 +35,22 @@ QRect PopupPlace::list(const QRect &caret, const QSize &size, const QRect &scree
 
 QRect PopupPlace::help(const QRect &list, const QSize &size, const QRect &screen)
 {
-    const bool fitsRight = list.right() + 1 + gap + size.width() <= screen.right() + 1;
-    const int left = fitsRight ? list.right() + 1 + gap : list.left() - gap - size.width();
-    return keptOn(screen, {QPoint(left, list.top()), size});
+    const int right = list.right() + 1 + gap;
+    const int left = list.left() - gap - size.width();
+    if (right + size.width() <= screen.right() + 1)
+        return keptOn(screen, {QPoint(right, list.top()), size});
+    return left < screen.left() ? QRect() : keptOn(screen, {QPoint(left, list.top()), size});
 }
 
 QRect PopupPlace::hint(const QRect &caret, const QSize &size, const QRect &list,
                        const QRect &screen)
 {
-    const QRect top = above(caret, size);
-    const bool fitsAbove = top.top() >= screen.top() && !top.intersects(list);
-    QRect place = keptOn(screen, fitsAbove ? top : below(caret, size));
-    if (place.intersects(list)) // neither side is free: beyond the list
-        place.moveTop(list.top() >= caret.bottom() ? list.bottom() + 1 + gap
-                                                   : list.top() - gap - size.height());
-    return keptOn(screen, place);
+    const QRect beyond = list.top() > caret.top() ? below(list, size) : above(list, size);
+    for (QRect place : {above(caret, size), below(caret, size), beyond}) {
+        place.moveLeft(qBound(screen.left(), caret.left(), screen.right() + 1 - size.width()));
+        if (screen.top() <= place.top() && place.bottom() <= screen.bottom() &&
+            !place.intersects(list))
+            return keptOn(screen, place);
+    }
+    return keptOn(screen, above(caret, size));
 }

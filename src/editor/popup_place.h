@@ -9,7 +9,8 @@ namespace PopupPlace {
 
 // The list: below the caret, above it where there is more room.
 QRect list(const QRect &caret, const QSize &size, const QRect &screen);
-// The help: beside the list, right of it where there is room.
+// The help: beside the list, right of it where there is room; null where there is none on either
+// side.
 QRect help(const QRect &list, const QSize &size, const QRect &screen);
 // The parameter hint: above the caret's line, below it where the list or the screen's edge leaves
 // no room; a null `list` is none.
