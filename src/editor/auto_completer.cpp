@@ -29,17 +29,16 @@ CompletionPlace placeIn(const QString &code, int addedLines)
     return {code, code.count(QLatin1Char('\n')) + 1, addedLines};
 }
 
-// The word before the name at the end of a line that is only parted from it by blanks.
-QString wordBeforeName(const QString &line)
-{
-    static const QRegularExpression words(
-        QStringLiteral(R"(([\w\x{4e00}-\x{9fff}]+)[ \t]+[\w\x{4e00}-\x{9fff}]*$)"));
-    return words.match(line).captured(1);
-}
-
 bool beginsFunctionHead(const QString &word)
 {
     return word == QStringLiteral("函数") || word == QStringLiteral("子程序");
+}
+
+bool isTypeIn(const CompletionCandidates &words, const QString &word)
+{
+    return std::any_of(words.begin(), words.end(), [&](const CompletionCandidate &candidate) {
+        return candidate.item.kind == CompletionKind::Type && candidate.item.text == word;
+    });
 }
 
 template <typename Keep>
@@ -93,9 +92,7 @@ QVector<CompletionItem> AutoCompleter::ranked(const QString &prefix,
 // Whether a function's name is asked for where the code ends in the beginning of an argument.
 bool AutoCompleter::wantsFunction(const QString &code) const
 {
-    static const QRegularExpression argument(
-        QStringLiteral(R"([(（,，]\s*&?\s*[\w\x{4e00}-\x{9fff}]*$)"));
-    if (!argument.match(code).hasMatch())
+    if (!beginsArgument(code))
         return false;
     const auto call = openCall(code);
     return call && call->path.size() == 1 && m_rules.wantsFunction(call->name(), call->argument);
@@ -132,7 +129,7 @@ CompletionOffer AutoCompleter::wordOffer(const QString &prefix, const Completion
                                          Demand demand)
 {
     const CompletionCandidates &words = m_sources.words(place);
-    const QString before = wordBeforeName(lastLine(place.code));
+    const QString before = wordBeforeName(place.code);
     CompletionOffer offer;
     offer.prefix = prefix;
     if (beginsFunctionHead(before)) {
@@ -141,11 +138,8 @@ CompletionOffer AutoCompleter::wordOffer(const QString &prefix, const Completion
                              }));
         return offer;
     }
-    const bool isDeclaration =
-        !before.isEmpty() &&
-        std::any_of(words.begin(), words.end(), [&](const CompletionCandidate &candidate) {
-            return candidate.item.kind == CompletionKind::Type && candidate.item.text == before;
-        });
+    const bool isDeclaration = isTypeIn(words, before) || before == QStringLiteral("类") ||
+                               before == QStringLiteral("方法");
     if (!isDeclaration || demand == Demand::Asked)
         offer.items = ranked(prefix, words);
     return offer;

@@ -5,10 +5,7 @@
 #include "editor/popup_place.h"
 
 #include <QAbstractListModel>
-#include <QGuiApplication>
 #include <QLabel>
-#include <QScreen>
-#include <QScrollBar>
 
 namespace {
 
@@ -16,12 +13,6 @@ constexpr int minWidth = 260; // pixels
 constexpr int maxWidth = 620;
 constexpr int helpWidth = 340;
 constexpr int measuredRows = 40; // rows that decide on the width
-
-QRect screenAt(const QPoint &place)
-{
-    const QScreen *screen = QGuiApplication::screenAt(place);
-    return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
-}
 
 } // namespace
 
@@ -136,7 +127,7 @@ QSize CompletionPopup::sizeForItems() const
 void CompletionPopup::showItems(const QVector<CompletionItem> &items, const QRect &caret)
 {
     m_model->setItems(items);
-    setGeometry(PopupPlace::list(caret, sizeForItems(), screenAt(caret.center())));
+    setGeometry(PopupPlace::list(caret, sizeForItems(), PopupPlace::screenAt(caret.center())));
     show();
     setCurrentIndex(m_model->index(0, 0));
     showHelp();
@@ -172,7 +163,8 @@ void CompletionPopup::showHelp()
     const CompletionItem *item = isVisible() ? currentItem() : nullptr;
     m_help->setText(item ? AutoCompleter::help(*item) : QString());
     const QSize size(helpWidth, m_help->heightForWidth(helpWidth));
-    const QRect place = PopupPlace::help(geometry(), size, screenAt(geometry().center()));
+    const QRect place =
+        PopupPlace::help(geometry(), size, PopupPlace::screenAt(geometry().center()));
     m_help->setGeometry(place);
     m_help->setVisible(!m_help->text().isEmpty() && !place.isNull());
 }

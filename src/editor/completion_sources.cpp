@@ -58,13 +58,34 @@ QString withoutNumber(QString name)
     return name;
 }
 
-const CommandInfo *memberRecord(const QString &componentType, const QString &member)
+// The catalogue's record of a command, or of a member of a component; null where there is none.
+const CommandInfo *commandOf(const QStringList &path, const CompletionTarget &owner)
 {
-    const QString word = CompletionVocabulary::instance().componentWord(componentType);
-    return CommandLibrary::builtin().commandInfo(word + QLatin1Char('.') + member);
+    if (path.size() == 1)
+        return CommandLibrary::builtin().commandInfo(path.first());
+    const QString word = CompletionVocabulary::instance().componentWord(owner.componentType);
+    return CommandLibrary::builtin().commandInfo(word + QLatin1Char('.') + path.last());
 }
 
 } // namespace
+
+template <typename Wanted>
+const CodeSymbol *CompletionSources::findSymbol(Wanted isWanted) const
+{
+    for (const CodeSymbols *symbols : {&m_documentSymbols, &m_projectSymbols}) {
+        const auto found = std::find_if(symbols->begin(), symbols->end(), isWanted);
+        if (found != symbols->end())
+            return &*found;
+    }
+    return nullptr;
+}
+
+template <typename Visit>
+void CompletionSources::visitSymbols(Visit visit) const
+{
+    for (const CodeSymbols *symbols : {&m_documentSymbols, &m_projectSymbols})
+        std::for_each(symbols->begin(), symbols->end(), visit);
+}
 
 void CompletionSources::setComponents(const QVector<CompletionComponent> &components)
 {
@@ -138,13 +159,11 @@ void CompletionSources::buildWords(const CodeSymbol *routine)
             symbol.owner == routine->owner)
             add(symbol);
     }
-    for (const CodeSymbols &symbols : {m_documentSymbols, m_projectSymbols}) {
-        for (const CodeSymbol &symbol : symbols) {
-            if (symbol.kind == SymbolKind::Global || symbol.kind == SymbolKind::Function ||
-                isTypeName(symbol))
-                add(symbol);
-        }
-    }
+    visitSymbols([&](const CodeSymbol &symbol) {
+        if (symbol.kind == SymbolKind::Global || symbol.kind == SymbolKind::Function ||
+            isTypeName(symbol))
+            add(symbol);
+    });
     for (const CompletionComponent &component : qAsConst(m_components)) {
         if (names.contains(component.name))
             continue;
@@ -168,14 +187,12 @@ CompletionCandidates CompletionSources::userFunctions()
 {
     CompletionCandidates functions;
     QSet<QString> names;
-    for (const CodeSymbols &symbols : {m_documentSymbols, m_projectSymbols}) {
-        for (const CodeSymbol &symbol : symbols) {
-            if (symbol.kind != SymbolKind::Function || names.contains(symbol.name))
-                continue;
-            names.insert(symbol.name);
-            functions.append(symbolCandidate(symbol));
-        }
-    }
+    visitSymbols([&](const CodeSymbol &symbol) {
+        if (symbol.kind != SymbolKind::Function || names.contains(symbol.name))
+            return;
+        names.insert(symbol.name);
+        functions.append(symbolCandidate(symbol));
+    });
     return functions;
 }
 
@@ -204,20 +221,18 @@ QString CompletionSources::typeOfName(const QString &name, const CompletionPlace
         if (const CodeSymbol *member = memberSymbol(routine->owner, name))
             return member->type;
     }
-    for (const CodeSymbols &symbols : {m_documentSymbols, m_projectSymbols}) {
-        for (const CodeSymbol &symbol : symbols) {
-            if (symbol.kind == SymbolKind::Global && symbol.name == name)
-                return symbol.type;
-        }
-    }
-    return declaredType(name, place.code);
+    const CodeSymbol *global = findSymbol([&](const CodeSymbol &symbol) {
+        return symbol.kind == SymbolKind::Global && symbol.name == name;
+    });
+    return global ? global->type : declaredType(name, place.code);
 }
 
 // Only the word of a class counts: all others may be part of any statement.
 QString CompletionSources::declaredType(const QString &name, const QString &code) const
 {
     const QRegularExpression declaration(
-        QStringLiteral(R"(([\w\x{4e00}-\x{9fff}]+)[ \t]+%1(?![\w\x{4e00}-\x{9fff}]))")
+        QStringLiteral(R"((?<![\w\x{4e00}-\x{9fff}])([\w\x{4e00}-\x{9fff}]++)[ \t]++%1)"
+                       R"((?![\w\x{4e00}-\x{9fff}]))")
             .arg(QRegularExpression::escape(name)));
     QString type;
     for (auto it = declaration.globalMatch(code); it.hasNext();) {
@@ -230,13 +245,9 @@ QString CompletionSources::declaredType(const QString &name, const QString &code
 
 bool CompletionSources::isClass(const QString &name) const
 {
-    const auto declares = [&](const CodeSymbols &symbols) {
-        return std::any_of(symbols.begin(), symbols.end(), [&](const CodeSymbol &symbol) {
-            return isTypeName(symbol) && symbol.name == name;
-        });
-    };
-    return declares(m_documentSymbols) || declares(m_projectSymbols) ||
-           CompletionVocabulary::instance().isBuiltinClass(name);
+    return CompletionVocabulary::instance().isBuiltinClass(name) ||
+           findSymbol(
+               [&](const CodeSymbol &symbol) { return isTypeName(symbol) && symbol.name == name; });
 }
 
 CompletionTarget CompletionSources::targetOfType(const QString &type) const
@@ -261,13 +272,9 @@ CompletionTarget CompletionSources::firstTarget(const QString &name,
 const CodeSymbol *CompletionSources::memberSymbol(const QString &className,
                                                   const QString &member) const
 {
-    for (const CodeSymbols *symbols : {&m_documentSymbols, &m_projectSymbols}) {
-        for (const CodeSymbol &symbol : *symbols) {
-            if (isMember(symbol) && symbol.owner == className && symbol.name == member)
-                return &symbol;
-        }
-    }
-    return nullptr;
+    return findSymbol([&](const CodeSymbol &symbol) {
+        return isMember(symbol) && symbol.owner == className && symbol.name == member;
+    });
 }
 
 // A member of a component that is of interest is a component on it.
@@ -300,41 +307,40 @@ CompletionCandidates CompletionSources::members(const CompletionTarget &target)
     if (!target.componentType.isEmpty())
         return CompletionVocabulary::instance().componentMembers(target.componentType);
     CompletionCandidates members;
-    for (const CodeSymbols &symbols : {m_documentSymbols, m_projectSymbols}) {
-        for (const CodeSymbol &symbol : symbols) {
-            if (isMember(symbol) && !symbol.owner.isEmpty() && symbol.owner == target.className)
-                members.append(symbolCandidate(symbol));
-        }
-    }
+    visitSymbols([&](const CodeSymbol &symbol) {
+        if (isMember(symbol) && !symbol.owner.isEmpty() && symbol.owner == target.className)
+            members.append(symbolCandidate(symbol));
+    });
     return members + CompletionVocabulary::instance().classMembers(target.className);
+}
+
+const CodeSymbol *CompletionSources::calledSymbol(const QStringList &path,
+                                                  const CompletionTarget &owner,
+                                                  const CompletionPlace &place) const
+{
+    const CodeSymbol *routine = routineAt(place);
+    const bool isInMethod = routine && routine->kind == SymbolKind::Method;
+    const QString className = path.size() > 1 ? owner.className
+                              : isInMethod    ? routine->owner
+                                              : QString();
+    const CodeSymbol *method = className.isEmpty() ? nullptr : memberSymbol(className, path.last());
+    if (method && method->kind == SymbolKind::Method)
+        return method;
+    if (path.size() > 1)
+        return nullptr;
+    return findSymbol([&](const CodeSymbol &symbol) {
+        return symbol.kind == SymbolKind::Function && symbol.name == path.last();
+    });
 }
 
 QStringList CompletionSources::callForms(const QStringList &path,
                                          const CompletionPlace &place) const
 {
-    const QString name = path.last();
-    const QStringList objects = path.mid(0, path.size() - 1);
-    const CompletionTarget owner = target(objects, place);
-    if (!objects.isEmpty() && owner.componentType.isEmpty()) {
-        const CodeSymbol *method = memberSymbol(owner.className, name);
-        return method && method->kind == SymbolKind::Method ? QStringList{method->signature}
-                                                            : QStringList();
-    }
-    if (objects.isEmpty()) {
-        const CodeSymbol *routine = routineAt(place);
-        if (routine && routine->kind == SymbolKind::Method) {
-            if (const CodeSymbol *method = memberSymbol(routine->owner, name))
-                return {method->signature};
-        }
-        for (const CodeSymbols &symbols : {m_documentSymbols, m_projectSymbols}) {
-            for (const CodeSymbol &symbol : symbols) {
-                if (symbol.kind == SymbolKind::Function && symbol.name == name)
-                    return {symbol.signature};
-            }
-        }
-    }
-    const CommandInfo *command = objects.isEmpty() ? CommandLibrary::builtin().commandInfo(name)
-                                                   : memberRecord(owner.componentType, name);
+    const QString &name = path.last();
+    const CompletionTarget owner = target(path.mid(0, path.size() - 1), place);
+    if (const CodeSymbol *called = calledSymbol(path, owner, place))
+        return {called->signature};
+    const CommandInfo *command = commandOf(path, owner);
     if (!command)
         return {};
     QStringList forms;
@@ -354,10 +360,6 @@ QStringList CompletionSources::callForms(const QStringList &path,
 QString CompletionSources::record(const QStringList &path, const CompletionPlace &place) const
 {
     const CompletionTarget owner = target(path.mid(0, path.size() - 1), place);
-    const CommandInfo *command = nullptr;
-    if (path.size() == 1)
-        command = CommandLibrary::builtin().commandInfo(path.first());
-    else if (!owner.componentType.isEmpty())
-        command = memberRecord(owner.componentType, path.last());
+    const CommandInfo *command = commandOf(path, owner);
     return command ? command->name : QString();
 }

@@ -58,6 +58,13 @@ public:
     QString record(const QStringList &path, const CompletionPlace &place) const;
 
 private:
+    // The first symbol that `isWanted` says yes to, in the document, then in the project; else
+    // null.
+    template <typename Wanted>
+    const CodeSymbol *findSymbol(Wanted isWanted) const;
+    // Calls `visit` with every symbol, those of the document first.
+    template <typename Visit>
+    void visitSymbols(Visit visit) const;
     // The function or method around the place; null outside.
     const CodeSymbol *routineAt(const CompletionPlace &place) const;
     const CompletionComponent *component(const QString &name) const;
@@ -68,6 +75,9 @@ private:
     CompletionTarget firstTarget(const QString &name, const CompletionPlace &place) const;
     CompletionTarget memberTarget(const CompletionTarget &owner, const QString &member) const;
     const CodeSymbol *memberSymbol(const QString &className, const QString &member) const;
+    // The function, or the method of `owner`, that `path` names; null for others.
+    const CodeSymbol *calledSymbol(const QStringList &path, const CompletionTarget &owner,
+                                   const CompletionPlace &place) const;
     CompletionCandidate symbolCandidate(const CodeSymbol &symbol);
     void buildWords(const CodeSymbol *routine);
 

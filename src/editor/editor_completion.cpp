@@ -5,10 +5,8 @@
 #include "editor/completion_popup.h"
 #include "editor/popup_place.h"
 
-#include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
-#include <QScreen>
 #include <QScrollBar>
 #include <QTextBlock>
 
@@ -78,9 +76,10 @@ int EditorCompletion::addedLines() const
     return qMax(0, m_editor->blockCount() - m_symbolLines);
 }
 
-QRect EditorCompletion::caret() const
+// Global.
+QRect EditorCompletion::caret(const QTextCursor &cursor) const
 {
-    const QRect rect = m_editor->cursorRect();
+    const QRect rect = m_editor->cursorRect(cursor);
     return {m_editor->viewport()->mapToGlobal(rect.topLeft()), rect.size()};
 }
 
@@ -162,9 +161,7 @@ void EditorCompletion::updateCompletions(AutoCompleter::Demand demand)
     // The list stands below the beginning of the name, so that it keeps its place while one types.
     QTextCursor begin = m_editor->textCursor();
     begin.movePosition(QTextCursor::Left, QTextCursor::MoveAnchor, m_offer.prefix.size());
-    const QRect rect = m_editor->cursorRect(begin);
-    m_popup->showItems(m_offer.items,
-                       {m_editor->viewport()->mapToGlobal(rect.topLeft()), rect.size()});
+    m_popup->showItems(m_offer.items, caret(begin));
     if (m_hint->isVisible())
         updateParamHint();
 }
@@ -188,11 +185,10 @@ void EditorCompletion::updateParamHint()
         return;
     }
     m_hint->setText(text);
-    const QRect line = caret();
-    const QScreen *screen = QGuiApplication::screenAt(line.center());
-    m_hint->setGeometry(PopupPlace::hint(
-        line, m_hint->sizeHint(), m_popup->isVisible() ? m_popup->geometry() : QRect(),
-        (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry()));
+    const QRect line = caret(m_editor->textCursor());
+    m_hint->setGeometry(PopupPlace::hint(line, m_hint->sizeHint(),
+                                         m_popup->isVisible() ? m_popup->geometry() : QRect(),
+                                         PopupPlace::screenAt(line.center())));
     m_hint->show();
 }
 

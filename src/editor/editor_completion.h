@@ -12,6 +12,7 @@ class CodeEditor;
 class CompletionPopup;
 class QKeyEvent;
 class QLabel;
+class QTextCursor;
 
 // Passes between the editor, its completer, the list and the hint. Nothing is shown while an input
 // method composes.
@@ -42,7 +43,7 @@ public:
 private:
     QString textBefore() const;
     int addedLines() const;
-    QRect caret() const;
+    QRect caret(const QTextCursor &cursor) const;
     bool accept(CompletionItem item);
     bool acceptsCurrent();
     void hideAll();

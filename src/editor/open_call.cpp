@@ -48,14 +48,21 @@ QStringList takePath(const QString &code, int *end)
     }
 }
 
-QChar lastSignBefore(const QString &code, int end)
+// Moves `end` back over white space.
+int behindSign(const QString &code, int end)
 {
     while (end > 0 && code.at(end - 1).isSpace())
         --end;
+    return end;
+}
+
+QChar signBefore(const QString &code, int end)
+{
+    end = behindSign(code, end);
     return end > 0 ? code.at(end - 1) : QChar();
 }
 
-QChar firstSignFrom(const QString &code, int begin)
+QChar signFrom(const QString &code, int begin)
 {
     while (begin < code.size() && code.at(begin).isSpace())
         ++begin;
@@ -64,14 +71,14 @@ QChar firstSignFrom(const QString &code, int begin)
 
 bool goesOnOver(const QString &code, int lineBreak)
 {
-    return isOneOf(lastSignBefore(code, lineBreak), u"(（[【{｛,，、+-*/%=<>&|?:") ||
-           isOneOf(firstSignFrom(code, lineBreak), u",，、)）]】}｝");
+    return isOneOf(signBefore(code, lineBreak), u"(（[【{｛,，、+-*/%=<>&|?:") ||
+           isOneOf(signFrom(code, lineBreak), u",，、)）]】}｝");
 }
 
 // Whether the "{" at `place` begins the body of a statement, not a list of values.
 bool opensBody(const QString &code, int place)
 {
-    return !isOneOf(lastSignBefore(code, place), u"(（[【{｛,，、=");
+    return !isOneOf(signBefore(code, place), u"(（[【{｛,，、=");
 }
 
 std::optional<OpenCall> callAt(const QString &code, int openingAt, int argument)
@@ -101,6 +108,7 @@ std::optional<OpenCall> openCall(const QString &code)
         if (sign == QLatin1Char('\n')) {
             if (!goesOnOver(code, i))
                 return std::nullopt;
+            i = behindSign(code, i);
         } else if (isOneOf(sign, u")）]】}｝")) {
             ++depth;
         } else if (isOneOf(sign, u"(（[【{｛")) {
@@ -129,4 +137,22 @@ QStringList objectPath(const QString &code)
         return {};
     --end;
     return takePath(code, &end);
+}
+
+bool beginsArgument(const QString &code)
+{
+    int end = code.size();
+    takeWord(code, &end);
+    end = behindSign(code, end);
+    if (end > 0 && code.at(end - 1) == QLatin1Char('&'))
+        end = behindSign(code, end - 1);
+    return end > 0 && isOneOf(code.at(end - 1), u"(（,，");
+}
+
+QString wordBeforeName(const QString &code)
+{
+    int nameBegin = code.size();
+    takeWord(code, &nameBegin);
+    int end = behindText(code, nameBegin);
+    return end < nameBegin ? takeWord(code, &end) : QString();
 }

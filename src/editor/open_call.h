@@ -24,3 +24,10 @@ std::optional<OpenCall> openCall(const QString &code);
 // The names before the last dot of `code`, the outermost first, for what is written behind that dot
 // at its end; empty without one, or where something other than names stands there.
 QStringList objectPath(const QString &code);
+
+// Whether `code` ends where an argument begins, or in its first word; a "&" may stand before that.
+bool beginsArgument(const QString &code);
+
+// The word that only blanks part from the name, or from where a name could begin, at the end of
+// `code`; empty where there is none.
+QString wordBeforeName(const QString &code);

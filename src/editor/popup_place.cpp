@@ -1,5 +1,8 @@
 #include "editor/popup_place.h"
 
+#include <QGuiApplication>
+#include <QScreen>
+
 namespace {
 
 constexpr int gap = 2; // pixels
@@ -23,6 +26,12 @@ QRect above(const QRect &caret, const QSize &size)
 }
 
 } // namespace
+
+QRect PopupPlace::screenAt(const QPoint &place)
+{
+    const QScreen *screen = QGuiApplication::screenAt(place);
+    return (screen ? screen : QGuiApplication::primaryScreen())->availableGeometry();
+}
 
 QRect PopupPlace::list(const QRect &caret, const QSize &size, const QRect &screen)
 {

@@ -7,6 +7,9 @@
 // All rectangles are global, in logical pixels. Nothing leaves the screen.
 namespace PopupPlace {
 
+// What windows may cover of the screen at a place, or of the first one.
+QRect screenAt(const QPoint &place);
+
 // The list: below the caret, above it where there is more room.
 QRect list(const QRect &caret, const QSize &size, const QRect &screen);
 // The help: beside the list, right of it where there is room; null where there is none on either

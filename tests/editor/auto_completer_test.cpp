@@ -96,6 +96,8 @@ private slots:
     void rulesOfAFile();
     void picksComeFirst();
     void helpTellsTheResult();
+    void answersToAnyText_data();
+    void answersToAnyText();
 
 private:
     QString path(const char *name) const { return m_folder.filePath(QLatin1String(name)); }
@@ -159,6 +161,8 @@ void AutoCompleterTest::offers_data()
     // Names that are being given.
     row("整数 q", "", "", "*");
     row("学生 b", "", "", "*");
+    row("类 q", "", "", "*");
+    row("方法 q", "", "", "*");
     row("函数 q", "", "", "取文本 求平均");
     row("函数 登录", "登录键", "", "取文本");
     row("返回 q", "", "取文本");
@@ -394,6 +398,31 @@ void AutoCompleterTest::helpTellsTheResult()
     QVERIFY2(help.startsWith(QStringLiteral("<b>取文本</b><br>")), qPrintable(help));
     QVERIFY2(help.endsWith(QStringLiteral("<br><font color='#888'>返回: 文本</font>")),
              qPrintable(help));
+}
+
+// Large enough that anything but linear time would never end.
+void AutoCompleterTest::answersToAnyText_data()
+{
+    QTest::addColumn<QString>("repeated");
+    QTest::addColumn<QString>("end");
+    for (const char *repeated :
+         {"甲", "r ",  "(",   "[",         "{",     ")",  "\n", "甲.", "\"",  "r\"(",
+          "/*", "// ", "甲 ", "整数 乙\n", "甲(\n", "，", "#",  "“",   "'\\", " "}) {
+        for (const char *end : {"", "甲", "新的.", "输出(", "弹窗(1,\n"})
+            QTest::addRow("%s, %s", repeated, end)
+                << QString::fromUtf8(repeated) << QString::fromUtf8(end);
+    }
+}
+
+void AutoCompleterTest::answersToAnyText()
+{
+    QFETCH(QString, repeated);
+    QFETCH(QString, end);
+    const QString text = repeated.repeated(30000) + end;
+    const CompletionOffer offer = m_completer->offer(text, 0, AutoCompleter::Demand::Asked);
+    QVERIFY(text.endsWith(offer.prefix));
+    m_completer->paramHint(text);
+    m_completer->command(text);
 }
 
 QTEST_GUILESS_MAIN(AutoCompleterTest)
