@@ -55,8 +55,8 @@ bool writesText(const QKeyEvent &event)
 CodeEditor::CodeEditor(QWidget *parent)
     : QPlainTextEdit(parent),
       m_lineNumberArea(new LineNumberArea(this)),
-      m_issues(document()),
       m_completion(new EditorCompletion(this)),
+      m_issues(document()),
       m_codeFont(QString::fromUtf8(Setting::Editor::fontFamily.fallback),
                  Setting::Editor::fontSize.fallback)
 {

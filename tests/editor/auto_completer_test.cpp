@@ -7,61 +7,30 @@
 
 namespace {
 
-// What the rows below are asked in, with the symbols that its reader finds. The cursor is at '|'.
-struct Declared
-{
-    SymbolKind kind;
-    const char *name;
-    const char *owner;
-    const char *type;
-    const char *signature;
-    int line;
-    int endLine;
-};
+// Where the rows below are asked: the text goes on inside of its last function.
+const QString inMain = QStringLiteral("类 学生 {\n"
+                                      "    属性 文本 姓名\n"
+                                      "    属性 HTTP类 网络\n"
+                                      "    方法 介绍(文本 语气, 整数 次数) {\n"
+                                      "    }\n"
+                                      "}\n"
+                                      "整数 全班人数 = 0\n"
+                                      "函数 求平均(整数 总分, 整数 人数) 小数 {\n"
+                                      "    小数 结果值 = 总分 / 人数\n"
+                                      "    返回(结果值)\n"
+                                      "}\n"
+                                      "函数 主函数() {\n"
+                                      "    学生 班长\n"
+                                      "    HTTP类 请求器\n");
+const QString behindMain = QString(16, QLatin1Char('\n')) + QLatin1Char('}'); // on line 31
 
-const Declared documentDeclared[] = {
-    {SymbolKind::Class, "学生", "", "", "", 1, 6},
-    {SymbolKind::Property, "姓名", "学生", "文本", "", 2, 2},
-    {SymbolKind::Property, "网络", "学生", "HTTP类", "", 3, 3},
-    {SymbolKind::Method, "介绍", "学生", "", "介绍(文本 语气, 整数 次数)", 4, 5},
-    {SymbolKind::Parameter, "语气", "学生.介绍", "文本", "", 4, 4},
-    {SymbolKind::Global, "全班人数", "", "整数", "", 7, 7},
-    {SymbolKind::Function, "求平均", "", "小数", "求平均(整数 总分, 整数 人数) 小数", 8, 11},
-    {SymbolKind::Parameter, "总分", "求平均", "整数", "", 8, 8},
-    {SymbolKind::Local, "结果值", "求平均", "小数", "", 9, 9},
-    {SymbolKind::Function, "主函数", "", "", "主函数()", 12, 30},
-    {SymbolKind::Local, "班长", "主函数", "学生", "", 13, 13},
-    {SymbolKind::Local, "请求器", "主函数", "HTTP类", "", 14, 14},
-};
-
-const Declared projectDeclared[] = {
-    {SymbolKind::TypeBlock, "坐标点", "", "", "", 1, 4},
-    {SymbolKind::Property, "横向", "坐标点", "整数", "", 2, 2},
-    {SymbolKind::Function, "保存成绩", "", "", "保存成绩()", 6, 8},
-    {SymbolKind::Local, "别处局部", "保存成绩", "整数", "", 7, 7},
-    {SymbolKind::Global, "原点", "", "坐标点", "", 9, 9},
-};
-
-template <int size>
-CodeSymbols symbols(const Declared (&rows)[size])
-{
-    CodeSymbols result;
-    for (const Declared &row : rows) {
-        CodeSymbol symbol;
-        symbol.kind = row.kind;
-        symbol.name = QString::fromUtf8(row.name);
-        symbol.owner = QString::fromUtf8(row.owner);
-        symbol.type = QString::fromUtf8(row.type);
-        symbol.signature = QString::fromUtf8(row.signature);
-        symbol.line = row.line;
-        symbol.endLine = row.endLine;
-        result.append(symbol);
-    }
-    return result;
-}
-
-// Room for the declarations: what follows stands on line 15, inside of "主函数".
-const QString inMain(14, QLatin1Char('\n'));
+const QString otherFile = QStringLiteral("类型 坐标点 {\n"
+                                         "    整数 横向\n"
+                                         "}\n"
+                                         "坐标点 原点\n"
+                                         "函数 保存成绩() {\n"
+                                         "    整数 别处局部 = 1\n"
+                                         "}\n");
 
 QStringList words(const char *text)
 {
@@ -113,8 +82,8 @@ void AutoCompleterTest::init()
     QFile::remove(path("history.json"));
     m_history.reset(new CompletionHistory(path("history.json")));
     m_completer.reset(new AutoCompleter(*m_history, CallbackRules(path("rules.ini"))));
-    m_completer->setDocumentSymbols(symbols(documentDeclared));
-    m_completer->setProjectSymbols(symbols(projectDeclared));
+    m_completer->setDocumentSymbols(readCodeSymbols(inMain + behindMain));
+    m_completer->setProjectSymbols(readCodeSymbols(otherFile));
     m_completer->setComponents({{QStringLiteral("主窗口"), QStringLiteral("Window")},
                                 {QStringLiteral("登录键"), QStringLiteral("Button")},
                                 {QStringLiteral("日志框"), QStringLiteral("VirtualTextBox")},
@@ -256,8 +225,8 @@ void AutoCompleterTest::localsBelongToTheirFunction_data()
     row("at the top", 7, 0, "全班人数");
     row("in a method", 5, 0, "全班人数 语气 姓名");
     row("in a function", 10, 0, "全班人数 总分 结果值");
-    row("behind it", 31, 0, "全班人数");
-    row("in lines added to it", 33, 3, "全班人数 班长");
+    row("behind it", 32, 0, "全班人数");
+    row("in lines added to it", 34, 3, "全班人数 班长");
     row("in the next function", 20, 0, "全班人数 班长");
 }
 
