@@ -1,6 +1,7 @@
 #include "editor/code_navigation.h"
 
 #include "frontend/class_index.h"
+#include "frontend/keywords.h"
 
 #include <algorithm>
 
@@ -209,15 +210,20 @@ CodeNavigation::Ref CodeNavigation::variable(const Ref &name, const QString &for
     return {};
 }
 
-CodeNavigation::Ref CodeNavigation::openingBracket(const Ref &closing) const
+// The bracket that belongs to the one at hand.
+CodeNavigation::Ref CodeNavigation::partner(const Ref &bracket) const
 {
-    const QVector<CodeToken> &tokens = m_sources.at(closing.source).tokens;
+    const QVector<CodeToken> &tokens = m_sources.at(bracket.source).tokens;
+    const int step = token(bracket).type == Lexer::RightParen ? -1 : 1;
+    const int end = qBound(-1, bracket.index + step * maxBracketed, tokens.size());
     int depth = 0;
-    for (int i = closing.index; i >= qMax(0, closing.index - maxBracketed); --i) {
+    for (int i = bracket.index; i != end; i += step) {
         if (tokens.at(i).type == Lexer::RightParen)
-            ++depth;
-        else if (tokens.at(i).type == Lexer::LeftParen && --depth == 0)
-            return {closing.source, i};
+            depth -= step;
+        else if (tokens.at(i).type == Lexer::LeftParen)
+            depth += step;
+        if (depth == 0)
+            return {bracket.source, i};
     }
     return {};
 }
@@ -227,7 +233,7 @@ QString CodeNavigation::typeEndingAt(const Ref &end, int depth) const
 {
     Ref name = end;
     if (token(end).type == Lexer::RightParen) {
-        const Ref open = openingBracket(end);
+        const Ref open = partner(end);
         if (!open.isValid() || open.index == 0)
             return QString();
         name.index = open.index - 1;
@@ -236,7 +242,37 @@ QString CodeNavigation::typeEndingAt(const Ref &end, int depth) const
     if (!declared.isValid())
         return QString();
     const CodeSymbol &symbol = declaration(declared).symbol;
-    return isClass(symbol) ? symbol.name : symbol.type;
+    if (isClass(symbol))
+        return symbol.name;
+    const Keyword *word = findKeyword(symbol.type.constData(), symbol.type.size());
+    return word && word->kind == Lexer::Var ? typeOfValue(declared, depth + 1) : symbol.type;
+}
+
+// "变量" holds what it is given at first: a call, a name or a member of one, and nothing else.
+QString CodeNavigation::typeOfValue(const Ref &declared, int depth) const
+{
+    const QVector<CodeToken> &tokens = m_sources.at(declared.source).tokens;
+    const auto kind = [&tokens](int index) { return tokens.value(index).type; };
+    const int name = declaration(declared).name;
+    Ref end{declared.source, name + 2};
+    if (kind(name + 1) != Lexer::Assign || kind(end.index) != Lexer::Identifier)
+        return QString();
+    for (int links = 0; links < maxChain; ++links) {
+        const int next = kind(end.index + 1);
+        if (next == Lexer::LeftParen)
+            end = partner({end.source, end.index + 1});
+        else if (next == Lexer::Dot && kind(end.index + 2) == Lexer::Identifier)
+            end.index += 2;
+        else
+            break;
+        if (!end.isValid())
+            return QString();
+    }
+    const CodeToken &behind = tokens.at(qMin(end.index + 1, tokens.size() - 1));
+    const bool endsThere = behind.startsLine || behind.type == Lexer::Semicolon ||
+                           behind.type == Lexer::Comma || behind.type == Lexer::RightBrace ||
+                           behind.type == Lexer::EndOfFile;
+    return endsThere ? typeEndingAt(end, depth) : QString();
 }
 
 // Of several declarations the one at hand, one in the same file, or the first.

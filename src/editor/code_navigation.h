@@ -95,7 +95,8 @@ private:
     Ref routineAround(const Ref &name) const;
     Ref firstGlobal(const QString &form, bool ofClasses) const;
     QString typeEndingAt(const Ref &end, int depth) const;
-    Ref openingBracket(const Ref &closing) const;
+    QString typeOfValue(const Ref &declared, int depth) const;
+    Ref partner(const Ref &bracket) const;
 
     // All declarations with the meaning of this one.
     Refs sharing(const Ref &declared) const;

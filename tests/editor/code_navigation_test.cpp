@@ -114,6 +114,13 @@ void CodeNavigationTest::goesToDefinitions_data()
                               "物) {\n  物.边.|长 = 1\n}");
     row("member of a result", "类 乙 {\n  属性 整数 <长>\n}\n函数 取(整数 号) 乙 {\n}\n"
                               "函数 甲() {\n  输出(取((1)).|长)\n}");
+    row("variable of a constructor", "类 乙 {\n  属性 整数 <长>\n}\n函数 甲() {\n"
+                                     "  变量 物 = 乙((1), 2)\n  物.|长 = 1\n}");
+    row("variable of a member", "类 丙 {\n  属性 整数 <长>\n}\n类 乙 {\n  属性 丙 边\n}\n"
+                                "函数 甲(乙 物) {\n  变量 它 = 物.边; 它.|长 = 1\n}");
+    row("variable of a calculation",
+        "类 乙 {\n  属性 整数 长\n}\n函数 甲() {\n  变量 物 = 乙() + 1\n  物.|长 = 1\n}");
+    row("variable of itself", "函数 甲() {\n  变量 物 = 物\n  物.|长 = 1\n}");
     row("class as a type", "类 <乙> {\n}\n函数 甲(乙 物) {\n  |乙 别物\n}");
     row("class of a parameter", "类 <乙> {\n}\n函数 甲(|乙 物) {\n}");
     row("type block", "函数 甲() {\n  |点 乙\n}\n---\n类型 <点> {\n  整数 横\n}");
