@@ -167,7 +167,7 @@ void ProjectTree::addFile(QTreeWidgetItem *group, const ProjectTreeEntry &entry)
 void ProjectTree::markFile(QTreeWidgetItem *item) const
 {
     const QString caption = item->data(0, CaptionRole).toString();
-    item->setText(0, m_modified.contains(pathOf(item)) ? caption + QStringLiteral(" ●") : caption);
+    item->setText(0, m_modified.contains(pathOf(item)) ? caption + QStringLiteral(" •") : caption);
 }
 
 void ProjectTree::setModifiedFiles(const QSet<QString> &files)

@@ -24,7 +24,7 @@ QString caption(const VL::ProjectInfo &info, const QString &file)
     if (file == info.mainWindowFile)
         roles << QStringLiteral("主窗口");
     if (file == info.startupWindowFile)
-        roles << QStringLiteral("启动窗口");
+        roles << QStringLiteral("启动");
     const QString name = QFileInfo(file).fileName();
     return roles.isEmpty() ? name
                            : QStringLiteral("%1（%2）").arg(name, roles.join(QStringLiteral("、")));

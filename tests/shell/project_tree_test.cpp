@@ -83,7 +83,7 @@ void ProjectTreeTest::showsFilesInGroups()
     QCOMPARE(f.rows(),
              QStringList({"甲", " 源代码", "  main.vc", "  constants.vc", "  globals.vc",
                           "  工具.vc", " 类", "  学生.vpp", " 类型", "  座位.vt", " 窗口",
-                          "  主窗口.vui（主窗口、启动窗口）", "  关于.vui", " 资源", "  图.png"}));
+                          "  主窗口.vui（主窗口、启动）", "  关于.vui", " 资源", "  图.png"}));
     for (const char *row : {"甲", "源代码", "main.vc", "学生.vpp", "座位.vt", "关于.vui", "图.png"})
         QVERIFY2(!f.item(row)->icon(0).pixmap(16, 16).isNull(), row);
     QVERIFY(f.item("main.vc")->toolTip(0).contains("source/main.vc"));
@@ -111,7 +111,7 @@ void ProjectTreeTest::followsTheManager()
     QVERIFY(f.manager.renameFile("source/新.vc", "source/旧.vc"));
     QTRY_VERIFY(f.item("旧.vc") && !f.item("新.vc"));
     QVERIFY(f.manager.setStartupWindow("关于"));
-    QTRY_VERIFY(f.item("关于.vui（启动窗口）") && f.item("主窗口.vui（主窗口）"));
+    QTRY_VERIFY(f.item("关于.vui（启动）") && f.item("主窗口.vui（主窗口）"));
     QVERIFY(f.manager.removeFile("source/旧.vc"));
     QTRY_VERIFY(!f.item("旧.vc"));
     f.manager.closeProject();
@@ -141,10 +141,10 @@ void ProjectTreeTest::marksFiles()
 {
     Fixture f;
     f.tree.setModifiedFiles({f.path("source/工具.vc")});
-    QVERIFY(f.item("工具.vc ●"));
+    QVERIFY(f.item("工具.vc •"));
     QVERIFY(QFile::remove(f.path("source/座位.vt")));
     f.tree.rebuild();
-    QVERIFY(f.item("工具.vc ●"));
+    QVERIFY(f.item("工具.vc •"));
     const QBrush dimmed = f.tree.palette().brush(QPalette::Disabled, QPalette::Text);
     QCOMPARE(f.item("座位.vt")->foreground(0).color(), dimmed.color());
     QVERIFY(f.item("座位.vt")->toolTip(0).contains("磁盘上没有这个文件。"));
