@@ -5,7 +5,6 @@
 #include <QContextMenuEvent>
 #include <QDir>
 #include <QFileInfo>
-#include <QIcon>
 #include <QKeyEvent>
 #include <QTextDocument>
 #include <QTimer>
@@ -41,28 +40,40 @@ bool isFile(const QTreeWidgetItem *item)
     return kindOf(item) >= ProjectTreeKind::Source;
 }
 
-QIcon iconOf(ProjectTreeKind kind)
-{
-    static const char *const names[] = {"",      "project", "folder", "source",
-                                        "class", "type",    "window", "resource"};
-    return QIcon(
-        QStringLiteral(":/icons/tree_%1.svg").arg(QLatin1String(names[static_cast<int>(kind)])));
-}
-
-void describe(QTreeWidgetItem *item, ProjectTreeKind kind, const QString &path, const QString &key)
-{
-    item->setIcon(0, iconOf(kind));
-    item->setData(0, KindRole, QVariant::fromValue(kind));
-    item->setData(0, PathRole, path);
-    item->setData(0, KeyRole, key);
-}
-
 QString shownPath(const QString &path)
 {
     return Qt::convertFromPlainText(QDir::toNativeSeparators(path));
 }
 
 } // namespace
+
+// Reading a picture for each row would take long.
+void ProjectTree::readIcons()
+{
+    static const struct
+    {
+        ProjectTreeKind kind;
+        const char *name;
+    } names[] = {
+        {ProjectTreeKind::Project, "project"},   {ProjectTreeKind::Group, "folder"},
+        {ProjectTreeKind::Source, "source"},     {ProjectTreeKind::Class, "class"},
+        {ProjectTreeKind::Type, "type"},         {ProjectTreeKind::Window, "window"},
+        {ProjectTreeKind::Resource, "resource"},
+    };
+    for (const auto &icon : names) {
+        m_icons[icon.kind] =
+            QIcon(QStringLiteral(":/icons/tree_%1.svg").arg(QLatin1String(icon.name)));
+    }
+}
+
+void ProjectTree::describe(QTreeWidgetItem *item, ProjectTreeKind kind, const QString &path,
+                           const QString &key) const
+{
+    item->setIcon(0, m_icons.value(kind));
+    item->setData(0, KindRole, QVariant::fromValue(kind));
+    item->setData(0, PathRole, path);
+    item->setData(0, KeyRole, key);
+}
 
 ProjectTree::ProjectTree(ProjectManager &manager, QWidget *parent)
     : QTreeWidget(parent), m_manager(manager)
@@ -79,6 +90,7 @@ ProjectTree::ProjectTree(ProjectManager &manager, QWidget *parent)
         if (!m_isRebuilding)
             m_collapsed.insert(keyOf(item));
     });
+    readIcons();
     followManager();
     rebuild();
 }

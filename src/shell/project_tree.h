@@ -3,12 +3,13 @@
 
 #include "shell/project_tree_entries.h"
 
+#include <QIcon>
+#include <QMap>
 #include <QSet>
 #include <QString>
 #include <QTreeWidget>
 
 class ProjectManager;
-struct ProjectTreeEntry;
 
 // Follows the project manager by itself; what is expanded and selected stays so. Paths are
 // absolute, that of a project is its folder, that of a group is empty.
@@ -45,6 +46,9 @@ protected:
     void contextMenuEvent(QContextMenuEvent *event) override;
 
 private:
+    void readIcons();
+    void describe(QTreeWidgetItem *item, ProjectTreeKind kind, const QString &path,
+                  const QString &key) const;
     void followManager();
     void scheduleRebuild();
     void addProject(const QString &folder, bool isActive);
@@ -54,6 +58,7 @@ private:
     QTreeWidgetItem *findItem(const QString &key) const;
 
     ProjectManager &m_manager;
+    QMap<ProjectTreeKind, QIcon> m_icons;
     QSet<QString> m_modified;
     QSet<QString> m_collapsed; // keys of projects and groups
     bool m_isScheduled = false;
