@@ -1,152 +1,131 @@
 #include "shell/difference_column.h"
 
 #include <QFontDatabase>
-#include <QPaintEvent>
 #include <QPainter>
-#include <QTextBlock>
+#include <QScrollBar>
+#include <QTextLayout>
+
+#include <algorithm>
 
 namespace {
 
-constexpr int marginPadding = 8; // pixels on both sides of a number
-constexpr int lineOpacity = 50;  // of 255
-constexpr int wordOpacity = 110; // of 255, on top of the line's
+constexpr int padding = 8;         // pixels beside a number and before a text
+constexpr int lineOpacity = 50;    // of 255
+constexpr int wordOpacity = 110;   // of 255, on top of the line's
+constexpr int maxShownLine = 5000; // characters
 const QColor numberColor(0x85, 0x85, 0x85);
-const QColor fillerColor(255, 255, 255, 14);
+const QColor fillerColor(255, 255, 255, 24);
 
-// The characters that begin a new block would tear the two columns apart.
-QString shown(QString line)
+QFont codeFont()
 {
-    for (QChar &c : line) {
-        if (c == QLatin1Char('\r') || c == QChar::ParagraphSeparator || c == QChar(0xfdd0) ||
-            c == QChar(0xfdd1))
-            c = QLatin1Char(' ');
-    }
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setStyleHint(QFont::Monospace);
+    return font;
+}
+
+// All of its text in one line.
+QTextLine layOut(QTextLayout &layout, const QFontMetricsF &metrics)
+{
+    QTextOption option;
+    option.setWrapMode(QTextOption::NoWrap);
+    option.setTabStopDistance(4 * metrics.horizontalAdvance(QLatin1Char(' ')));
+    layout.setTextOption(option);
+    layout.beginLayout();
+    const QTextLine line = layout.createLine();
+    layout.endLayout();
     return line;
 }
 
 } // namespace
 
-class DifferenceColumn::Margin : public QWidget
-{
-public:
-    explicit Margin(DifferenceColumn *column) : QWidget(column), m_column(column) {}
-
-protected:
-    void paintEvent(QPaintEvent *event) override { m_column->paintMargin(event); }
-
-private:
-    DifferenceColumn *m_column;
-};
-
 DifferenceColumn::DifferenceColumn(const QColor &color, QWidget *parent)
-    : QPlainTextEdit(parent), m_color(color), m_margin(new Margin(this))
+    : QAbstractScrollArea(parent), m_color(color)
 {
-    setReadOnly(true);
-    setLineWrapMode(NoWrap);
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    setTabStopDistance(4 * fontMetrics().horizontalAdvance(QLatin1Char(' ')));
-    setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    connect(this, &QPlainTextEdit::updateRequest, m_margin, [this](const QRect &, int dy) {
-        if (dy)
-            m_margin->scroll(0, dy);
-        else
-            m_margin->update();
-    });
+    setFont(codeFont());
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setBackgroundRole(QPalette::Base);
+    // Chinese letters come from a font of another height.
+    QTextLayout sample(QStringLiteral("中Ag"), font());
+    m_rowHeight = int(layOut(sample, QFontMetricsF(font())).height()) + 2;
 }
 
 void DifferenceColumn::setLines(const QVector<DifferenceLine> &lines)
 {
     m_lines = lines;
-    m_largestNumber = 0;
-    QStringList texts;
-    for (const DifferenceLine &line : lines) {
-        texts << shown(line.text);
-        m_largestNumber = qMax(m_largestNumber, line.number);
+    int largestNumber = 0;
+    int longest = 0;
+    for (DifferenceLine &line : m_lines) {
+        line.text.truncate(maxShownLine);
+        largestNumber = std::max(largestNumber, line.number);
+        longest = std::max(longest, line.text.size());
     }
-    setPlainText(texts.join(QLatin1Char('\n')));
-    setViewportMargins(marginWidth(), 0, 0, 0);
-    placeMargin();
+    m_marginWidth = fontMetrics().horizontalAdvance(QString::number(largestNumber)) + 2 * padding;
+    // As if all of its letters were wide.
+    m_textWidth = longest * fontMetrics().horizontalAdvance(QStringLiteral("中"));
+    updateScrollBars();
+    viewport()->update();
 }
 
-int DifferenceColumn::marginWidth() const
+void DifferenceColumn::updateScrollBars()
 {
-    return fontMetrics().horizontalAdvance(QString::number(m_largestNumber)) + 2 * marginPadding;
-}
-
-void DifferenceColumn::placeMargin()
-{
-    const QRect inner = contentsRect();
-    m_margin->setGeometry(inner.left(), inner.top(), marginWidth(), inner.height());
+    const int rows = viewport()->height() / m_rowHeight;
+    verticalScrollBar()->setPageStep(rows);
+    verticalScrollBar()->setRange(0, std::max(0, m_lines.size() - rows));
+    const int width = viewport()->width() - m_marginWidth - 2 * padding;
+    horizontalScrollBar()->setPageStep(std::max(1, width));
+    horizontalScrollBar()->setSingleStep(m_rowHeight);
+    horizontalScrollBar()->setRange(0, std::max(0, m_textWidth - width));
 }
 
 void DifferenceColumn::resizeEvent(QResizeEvent *event)
 {
-    QPlainTextEdit::resizeEvent(event);
-    placeMargin();
+    QAbstractScrollArea::resizeEvent(event);
+    updateScrollBars();
 }
 
-template <typename Paint>
-void DifferenceColumn::forVisibleRows(const QRect &area, const Paint &paint) const
+void DifferenceColumn::paintRow(QPainter &painter, const DifferenceLine &line,
+                                const QRect &row) const
 {
-    for (QTextBlock block = firstVisibleBlock();
-         block.isValid() && block.blockNumber() < m_lines.size(); block = block.next()) {
-        const QRect place =
-            blockBoundingGeometry(block).translated(contentOffset()).toAlignedRect();
-        if (place.top() > area.bottom())
-            return;
-        paint(block, place);
-    }
-}
-
-void DifferenceColumn::paintRow(QPainter &painter, const QTextBlock &block,
-                                const QRect &place) const
-{
-    const DifferenceLine &line = m_lines.at(block.blockNumber());
-    const QRect row(0, place.top(), viewport()->width(), place.height());
     if (line.number == 0) {
         painter.fillRect(row, QBrush(fillerColor, Qt::BDiagPattern));
         return;
     }
-    if (!line.isChanged)
-        return;
-    QColor color = m_color;
-    color.setAlpha(lineOpacity);
-    painter.fillRect(row, color);
-    color.setAlpha(wordOpacity);
-    const QTextLine layout = block.layout()->lineAt(0);
-    if (!layout.isValid())
-        return;
-    for (const TextSpan &span : line.words) {
-        const qreal left = place.left() + layout.cursorToX(span.start);
-        const qreal right = place.left() + layout.cursorToX(span.start + span.length);
-        painter.fillRect(QRectF(left, place.top(), right - left, place.height()), color);
-    }
-}
-
-// The text is drawn over it.
-void DifferenceColumn::paintEvent(QPaintEvent *event)
-{
-    {
-        QPainter painter(viewport());
-        forVisibleRows(event->rect(), [&](const QTextBlock &block, const QRect &place) {
-            paintRow(painter, block, place);
-        });
-    }
-    QPlainTextEdit::paintEvent(event);
-}
-
-void DifferenceColumn::paintMargin(QPaintEvent *event)
-{
-    QPainter painter(m_margin);
-    painter.setFont(font());
-    painter.fillRect(event->rect(), palette().color(QPalette::Window));
-    painter.setPen(numberColor);
-    forVisibleRows(event->rect(), [&](const QTextBlock &block, const QRect &place) {
-        const int number = m_lines.at(block.blockNumber()).number;
-        if (number > 0) {
-            painter.drawText(
-                QRect(0, place.top(), m_margin->width() - marginPadding, place.height()),
-                Qt::AlignRight | Qt::AlignVCenter, QString::number(number));
+    QTextLayout layout(line.text, font());
+    const QTextLine laid = layOut(layout, QFontMetricsF(font()));
+    const int left = row.left() + padding - horizontalScrollBar()->value();
+    if (line.isChanged) {
+        QColor color = m_color;
+        color.setAlpha(lineOpacity);
+        painter.fillRect(row, color);
+        color.setAlpha(wordOpacity);
+        for (const TextSpan &span : line.words) {
+            const qreal start = laid.cursorToX(span.start);
+            const qreal end = laid.cursorToX(span.start + span.length);
+            painter.fillRect(QRectF(left + start, row.top(), end - start, row.height()), color);
         }
-    });
+    }
+    painter.setPen(palette().color(QPalette::Text));
+    laid.draw(&painter, QPointF(left, row.top() + (row.height() - laid.height()) / 2));
+}
+
+void DifferenceColumn::paintEvent(QPaintEvent *)
+{
+    QPainter painter(viewport());
+    const int width = viewport()->width();
+    const QRect margin(0, 0, m_marginWidth, viewport()->height());
+    painter.fillRect(margin, palette().color(QPalette::Window));
+    int y = 0;
+    for (int i = verticalScrollBar()->value(); i < m_lines.size() && y < margin.height(); ++i) {
+        const DifferenceLine &line = m_lines.at(i);
+        const QRect row(m_marginWidth, y, width - m_marginWidth, m_rowHeight);
+        painter.setClipRect(row);
+        paintRow(painter, line, row);
+        painter.setClipping(false);
+        if (line.number > 0) {
+            painter.setPen(numberColor);
+            painter.drawText(QRect(0, y, m_marginWidth - padding, m_rowHeight),
+                             Qt::AlignRight | Qt::AlignVCenter, QString::number(line.number));
+        }
+        y += m_rowHeight;
+    }
 }

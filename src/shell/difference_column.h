@@ -3,7 +3,8 @@
 
 #include "shell/text_difference.h"
 
-#include <QPlainTextEdit>
+#include <QAbstractScrollArea>
+#include <QColor>
 
 // What one row of the column shows.
 struct DifferenceLine
@@ -14,32 +15,30 @@ struct DifferenceLine
     QVector<TextSpan> words; // what has changed within the line
 };
 
-// Only for reading. Changed lines have a background of the column's colour, changed words a
-// stronger one; lines are not wrapped, so that the rows of two columns stand side by side.
-class DifferenceColumn : public QPlainTextEdit
+// Changed lines have a background of the column's colour, changed words a stronger one. All rows
+// are of one height, whatever letters they hold, so that the rows of two columns stand side by
+// side. The vertical scroll bar counts rows.
+class DifferenceColumn : public QAbstractScrollArea
 {
+    Q_OBJECT
+
 public:
-    DifferenceColumn(const QColor &color, QWidget *parent = nullptr);
+    explicit DifferenceColumn(const QColor &color, QWidget *parent = nullptr);
 
     void setLines(const QVector<DifferenceLine> &lines);
+    int lineCount() const { return m_lines.size(); }
 
 protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
 
 private:
-    class Margin;
-
-    int marginWidth() const;
-    void placeMargin();
-    void paintMargin(QPaintEvent *event);
-    // Calls `paint` with each visible row and its place in the viewport.
-    template <typename Paint>
-    void forVisibleRows(const QRect &area, const Paint &paint) const;
-    void paintRow(QPainter &painter, const QTextBlock &block, const QRect &place) const;
+    void updateScrollBars();
+    void paintRow(QPainter &painter, const DifferenceLine &line, const QRect &row) const;
 
     QColor m_color;
     QVector<DifferenceLine> m_lines;
-    int m_largestNumber = 0;
-    Margin *m_margin;
+    int m_rowHeight;
+    int m_marginWidth = 0;
+    int m_textWidth = 0; // that the longest line can have
 };

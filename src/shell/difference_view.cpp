@@ -63,7 +63,7 @@ DifferenceView::DifferenceView(QWidget *parent)
     connect(m_next, &QToolButton::clicked, this, &DifferenceView::goToNext);
     couple(m_left->verticalScrollBar(), m_right->verticalScrollBar());
     couple(m_left->horizontalScrollBar(), m_right->horizontalScrollBar());
-    // One bar for both would leave the columns without the same height.
+    // With a bar below only one of them, they would not have the same height.
     for (DifferenceColumn *column : {m_left, m_right})
         column->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
 

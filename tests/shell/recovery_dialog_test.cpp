@@ -1,11 +1,11 @@
 // The offer of texts that a crash has left, and how it shows their differences.
+#include "shell/difference_column.h"
 #include "shell/difference_view.h"
 #include "shell/recovery_dialog.h"
 
 #include "test_files.h"
 
 #include <QMessageBox>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTemporaryDir>
@@ -171,9 +171,9 @@ void RecoveryDialogTest::columnsStayTogether()
     view.resize(600, 300);
     view.show();
     view.setTexts({"l", left}, {"r", right});
-    const QList<QPlainTextEdit *> columns = view.findChildren<QPlainTextEdit *>();
+    const QList<DifferenceColumn *> columns = view.findChildren<DifferenceColumn *>();
     QCOMPARE(columns.size(), 2);
-    QCOMPARE(columns.at(0)->blockCount(), columns.at(1)->blockCount());
+    QCOMPARE(columns.at(0)->lineCount(), columns.at(1)->lineCount());
     for (const int first : {0, 1}) {
         columns.at(first)->verticalScrollBar()->setValue(150 + first);
         QCOMPARE(columns.at(1 - first)->verticalScrollBar()->value(), 150 + first);
