@@ -7,6 +7,8 @@ ColorButton::ColorButton(QWidget *parent) : QPushButton(parent)
 {
     setAutoDefault(false);
     setIconSize(QSize(28, 16));
+    setMinimumWidth(iconSize().width() +
+                    fontMetrics().horizontalAdvance(QStringLiteral("#DDDDDD")) + 24);
     connect(this, &QPushButton::clicked, this, &ColorButton::choose);
 }
 

@@ -13,6 +13,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -53,18 +54,19 @@ ColorSettingsPage::ColorSettingsPage(QWidget *parent)
       m_highlighter(new SyntaxHighlighter(m_sample->document()))
 {
     auto *upper = new QHBoxLayout;
-    upper->addLayout(makeSchemes(), 2);
-    upper->addWidget(makeButtons(), 5);
+    upper->addLayout(makeSchemes());
+    upper->addWidget(makeButtons(), 1);
     auto *column = new QVBoxLayout(this);
-    column->addLayout(upper, 3);
+    column->addLayout(upper, 4);
     column->addWidget(makeHeading(QStringLiteral("预览")));
-    column->addWidget(makeSample(), 2);
+    column->addWidget(makeSample(), 3);
 }
 
 QLayout *ColorSettingsPage::makeSchemes()
 {
     for (const ColorScheme &scheme : colorSchemes())
         m_schemes->addItem(scheme.name);
+    m_schemes->setFixedWidth(m_schemes->sizeHintForColumn(0) + 40); // with its scroll bar
     connect(m_schemes, &QListWidget::currentRowChanged, this, &ColorSettingsPage::applyScheme);
     connect(m_isDefault, &QCheckBox::clicked, this, &SettingsPage::edited);
     auto *column = new QVBoxLayout;
@@ -117,6 +119,8 @@ QWidget *ColorSettingsPage::makeButtons()
     area->setWidgetResizable(true);
     area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setWidget(buttons);
+    area->setMinimumWidth(buttons->minimumSizeHint().width() +
+                          area->verticalScrollBar()->sizeHint().width());
     return area;
 }
 
@@ -126,10 +130,9 @@ QWidget *ColorSettingsPage::makeSample()
     words.builtins = QStringList{QStringLiteral("输出")};
     words.names = QStringList{QStringLiteral("按钮1"), QStringLiteral("标签1")};
     m_highlighter->setWords(words);
-    m_sample->setPlainText(sampleText());
+    m_sample->setPlainText(sampleText().trimmed());
     m_sample->setReadOnly(true);
     m_sample->setLineWrapMode(QPlainTextEdit::NoWrap);
-    m_sample->goToLine(5);
     return m_sample;
 }
 

@@ -28,7 +28,7 @@ SettingsDialog::SettingsDialog(SettingsStore &store, QWidget *parent)
       m_editorPage(new SettingsForm(SettingsPages::editorRows(), this))
 {
     setWindowTitle(QStringLiteral("设置"));
-    resize(820, 620);
+    resize(960, 700);
     m_names->setObjectName(QStringLiteral("settingsPages"));
     m_names->setFixedWidth(140);
     m_error->setObjectName(QStringLiteral("settingsError"));

@@ -74,6 +74,8 @@ SettingsForm::SettingsForm(const QVector<SettingRow> &rows, QWidget *parent) : S
         if (row.isForWindows && !isWindows) {
             widget->setEnabled(false);
             widget->setToolTip(QStringLiteral("只在 Windows 上可用"));
+            if (auto *edit = widget->findChild<QLineEdit *>())
+                edit->setPlaceholderText(widget->toolTip());
         }
     }
 }
