@@ -132,6 +132,8 @@ bool RecoveryStore::openOwnFolder()
             continue;
         if (!QDir().mkpath(folder) || !hold(folder))
             return false;
+        // The texts may be nobody else's business.
+        QFile::setPermissions(folder, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         m_own = folder;
         return true;
     }
