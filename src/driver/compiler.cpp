@@ -89,16 +89,21 @@ QString Compiler::canonicalPath(const QString &path)
     return canonical;
 }
 
-void Compiler::applyBuildAndCompile(const CompilerBuildRequest &request)
+void Compiler::slotSetBuild(const CompilerBuildRequest &request)
 {
     if (m_compiling)
         return;
     m_request = request.normalized();
-    {
-        const QMutexLocker lock(&m_mutex);
-        m_activeFileName = request.activeFileName;
-        m_projectPath = request.projectPath;
-    }
+    const QMutexLocker lock(&m_mutex);
+    m_activeFileName = request.activeFileName;
+    m_projectPath = request.projectPath;
+}
+
+void Compiler::applyBuildAndCompile(const CompilerBuildRequest &request)
+{
+    if (m_compiling)
+        return;
+    slotSetBuild(request);
     compile(request.sourceFile);
 }
 

@@ -47,6 +47,8 @@ public slots:
     // A line for the standard input of that project's program; lost without one.
     void slotWriteRunInput(const QString &canonicalProjectPath, const QString &line);
     void slotShutdownDestroy();
+    // What `run` and `clean` act on until the next build; not while one is at work.
+    void slotSetBuild(const CompilerBuildRequest &request);
     void slotSetTargetPlatform(const QString &platform);
     void slotSetBuildConfig(const QString &config);
     void slotSetDebugMode(bool on) { m_pipeline.setDebugMode(on); }

@@ -10,11 +10,25 @@ CompilerThread::CompilerThread() : m_compiler(new Compiler)
 
 CompilerThread::~CompilerThread()
 {
+    askToEnd();
+    m_thread.wait();
+}
+
+void CompilerThread::askToEnd()
+{
+    if (m_ending)
+        return;
+    m_ending = true;
     m_compiler->cancelBuild();
     QObject::connect(m_compiler, &QObject::destroyed, &m_thread, &QThread::quit,
                      Qt::DirectConnection);
     QMetaObject::invokeMethod(m_compiler, "slotShutdownDestroy", Qt::QueuedConnection);
-    m_thread.wait();
+}
+
+bool CompilerThread::shutdown(int milliseconds)
+{
+    askToEnd();
+    return m_thread.wait(ulong(milliseconds));
 }
 
 void runWithDeepStack(const std::function<void()> &work)

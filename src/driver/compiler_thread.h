@@ -21,12 +21,19 @@ public:
     CompilerThread(const CompilerThread &) = delete;
     CompilerThread &operator=(const CompilerThread &) = delete;
 
+    // Ends what the compiler has running, and the thread. False when that takes longer than
+    // `milliseconds`: the object must then be left alone for good.
+    [[nodiscard]] bool shutdown(int milliseconds);
+
     // To be connected to and called through queued slots only.
     Compiler *compiler() const { return m_compiler; }
 
 private:
+    void askToEnd();
+
     QThread m_thread;
     Compiler *m_compiler;
+    bool m_ending = false;
 };
 
 // Runs `work` on a thread with that stack and waits for it.
