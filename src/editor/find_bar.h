@@ -13,9 +13,9 @@ class QLabel;
 class QLineEdit;
 class QToolButton;
 
-// Stands under an editor and shows its hits there. Hidden until it is opened. In its fields Return
-// and Shift+Return go to the next and the previous hit, Escape closes; F3 and Shift+F3 work in the
-// editor too. Every replacement is one step of undo.
+// Stands under an editor, not in it, and shows its hits there. Hidden until it is opened. In its
+// fields Return and Shift+Return go to the next and the previous hit, Escape closes; F3 and
+// Shift+F3 work in the editor too. Every replacement is one step of undo.
 class FindBar : public QWidget
 {
     Q_OBJECT
