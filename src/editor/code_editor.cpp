@@ -76,6 +76,11 @@ CodeEditor::CodeEditor(QWidget *parent)
     applyFont();
 }
 
+QString CodeEditor::text() const
+{
+    return document()->toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
+}
+
 void CodeEditor::setFilePath(const QString &path)
 {
     if (path == m_filePath)

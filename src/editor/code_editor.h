@@ -50,6 +50,8 @@ class CodeEditor : public QPlainTextEdit
 public:
     explicit CodeEditor(QWidget *parent = nullptr);
 
+    // Every character as it was read or typed; `toPlainText` loses blanks that do not break.
+    QString text() const;
     QString filePath() const { return m_filePath; }
     void setFilePath(const QString &path);
     // The name of the file; "未命名(未保存)" without one.

@@ -71,7 +71,7 @@ QString wordAt(const QTextCursor &cursor)
 
 void applyFormatted(CodeEditor &editor, const QString &text)
 {
-    if (editor.isReadOnly() || editor.toPlainText() == text)
+    if (editor.isReadOnly() || editor.text() == text)
         return;
     const QStringList lines = text.split(QLatin1Char('\n'));
     QTextCursor step(editor.document());
@@ -107,7 +107,7 @@ void applyFormatted(CodeEditor &editor, const QString &text)
 
 void CodeEditor::formatSource()
 {
-    applyFormatted(*this, SourceFormatter::formatted(toPlainText(), m_indentation));
+    applyFormatted(*this, SourceFormatter::formatted(text(), m_indentation));
 }
 
 void CodeEditor::moveLinesUp()

@@ -194,7 +194,7 @@ QList<QTextEdit::ExtraSelection> CodeEditor::bracketSelections() const
     const bool isBehindBracket = position > 0 && isBracket(document()->characterAt(position - 1));
     if (!isBeforeBracket && !isBehindBracket)
         return {};
-    const auto brackets = matchedBrackets(toPlainText(), position);
+    const auto brackets = matchedBrackets(text(), position);
     if (!brackets)
         return {};
     QList<QTextEdit::ExtraSelection> selections;

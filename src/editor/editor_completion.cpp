@@ -68,7 +68,7 @@ void EditorCompletion::setColors(const SyntaxColors &colors)
 
 QString EditorCompletion::textBefore() const
 {
-    return m_editor->toPlainText().left(m_editor->textCursor().position());
+    return m_editor->text().left(m_editor->textCursor().position());
 }
 
 int EditorCompletion::addedLines() const
@@ -261,7 +261,7 @@ void EditorCompletion::hideAll()
 
 QString EditorCompletion::commandAtCursor() const
 {
-    const QString text = m_editor->toPlainText();
+    const QString text = m_editor->text();
     int end = m_editor->textCursor().position();
     while (end < text.size() &&
            (text.at(end).isLetterOrNumber() || text.at(end) == QLatin1Char('_')))

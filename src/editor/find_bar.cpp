@@ -187,7 +187,7 @@ void FindBar::refresh()
     QString error;
     m_hits.clear();
     if (m_editor)
-        m_hits = m_search.all(m_editor->toPlainText(), range(), &error);
+        m_hits = m_search.all(m_editor->text(), range(), &error);
     m_message->setText(error);
     m_message->setVisible(!error.isEmpty());
     showHits();
@@ -296,7 +296,7 @@ void FindBar::replaceCurrent()
     refresh();
     const QTextCursor cursor = m_editor->textCursor();
     for (const SearchReplacement &change :
-         m_search.replacements(m_editor->toPlainText(), m_replacement->text(), range())) {
+         m_search.replacements(m_editor->text(), m_replacement->text(), range())) {
         if (change.start == cursor.selectionStart() &&
             change.start + change.length == cursor.selectionEnd()) {
             apply({change});
@@ -315,7 +315,7 @@ void FindBar::replaceAll()
         return;
     refresh();
     const auto changes =
-        m_search.replacements(m_editor->toPlainText(), m_replacement->text(), range());
+        m_search.replacements(m_editor->text(), m_replacement->text(), range());
     if (changes.isEmpty())
         return;
     m_editor->setSelections(CodeEditor::Layer::SearchHits, {});

@@ -2,15 +2,18 @@
 #pragma once
 
 #include "editor/code_symbols.h"
-#include "editor/completion_history.h"
+#include "editor/completion_sources.h"
 #include "editor/syntax_issue.h"
 #include "shell/live_check.h"
+#include "shell/project_components.h"
 
 #include <QHash>
 #include <QMap>
 #include <QObject>
 #include <QString>
+#include <QTimer>
 
+class AutoCompleter;
 class CodeEditor;
 class EditorTabs;
 class ProjectManager;
@@ -27,35 +30,39 @@ class CodeAssist : public QObject
 public:
     CodeAssist(EditorTabs &tabs, const Workspace &workspace, const ProjectManager &projects,
                const SettingsStore &settings, QObject *parent);
-    ~CodeAssist() override;
 
-    // To be called when something else than a text has changed: files, forms, options.
+    // To be called when something else than a text has changed: files, forms, settings.
     void refresh();
 
     // As the last check read them.
     CodeSymbols symbolsOf(const QString &path) const { return m_symbols.value(path); }
-    QMap<QString, CodeSymbols> symbols() const { return m_symbols; }
-    QList<VlSyntaxIssue> issuesOf(const QString &path) const { return m_issues.value(path); }
-    // Files with problems; what concerns no file stands under the empty name.
-    QStringList filesWithIssues() const { return m_issues.keys(); }
+    const QMap<QString, QList<VlSyntaxIssue>> &issues() const { return m_issues; }
+    const QVector<WindowComponents> &windows() const { return m_windows; }
 
 signals:
-    // A check has ended: problems and declarations are new.
+    // A check has ended: problems and declarations are new. Problems that concern no file stand
+    // under the empty name.
     void updated();
+    void windowsChanged();
 
 private:
     void attach(CodeEditor *editor);
+    void requestCheck();
     void take(const ProjectCheckResult &result);
-    void showIn(CodeEditor *editor);
+    void inform(CodeEditor *editor);
     void readComponents();
-    CodeSymbols symbolsElsewhere(const QString &path) const;
+
+    // How long it must be quiet before texts are gathered for a check.
+    static constexpr int quietTime = 350; // milliseconds
 
     EditorTabs &m_tabs;
     const Workspace &m_workspace;
     const ProjectManager &m_projects;
     const SettingsStore &m_settings;
     LiveCheck m_check;
-    CompletionHistory m_history;
+    QTimer m_quiet;
+    QHash<const CodeEditor *, AutoCompleter *> m_completers;
     QMap<QString, CodeSymbols> m_symbols;
     QMap<QString, QList<VlSyntaxIssue>> m_issues;
+    QVector<WindowComponents> m_windows;
 };

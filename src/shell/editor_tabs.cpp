@@ -34,7 +34,7 @@ bool isSameFile(const QString &a, const QString &b)
 // Replaces the lines in the middle that differ, so that marks and cursor stay with the others.
 void replaceText(CodeEditor &editor, const QString &text)
 {
-    const QString old = EditorTabs::textOf(&editor);
+    const QString old = editor.text();
     int start = 0;
     const int shorter = qMin(old.size(), text.size());
     while (start < shorter && old.at(start) == text.at(start))
@@ -125,12 +125,6 @@ QString EditorTabs::titleOf(const CodeEditor *editor) const
     return editor->filePath().isEmpty()
                ? m_files.value(editor).untitledName + QStringLiteral("(未保存)")
                : QFileInfo(editor->filePath()).fileName();
-}
-
-// `toPlainText` makes ordinary blanks of those that do not break.
-QString EditorTabs::textOf(const CodeEditor *editor)
-{
-    return editor->document()->toRawText().replace(QChar::ParagraphSeparator, QLatin1Char('\n'));
 }
 
 bool EditorTabs::isSourceFile(const QString &path)
@@ -274,7 +268,7 @@ void EditorTabs::showTitle(CodeEditor *editor)
 
 bool EditorTabs::write(CodeEditor *editor, const QString &path)
 {
-    const QString error = TextFile::write(path, textOf(editor), m_files.value(editor).form);
+    const QString error = TextFile::write(path, editor->text(), m_files.value(editor).form);
     if (!error.isEmpty()) {
         QMessageBox::warning(window(), QStringLiteral("保存文件"), error);
         return false;
@@ -319,7 +313,7 @@ QStringList EditorTabs::saveModified()
         if (editor->filePath().isEmpty())
             continue;
         const QString error =
-            TextFile::write(editor->filePath(), textOf(editor), m_files.value(editor).form);
+            TextFile::write(editor->filePath(), editor->text(), m_files.value(editor).form);
         if (!error.isEmpty()) {
             failures << error;
             continue;

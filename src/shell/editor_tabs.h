@@ -46,8 +46,6 @@ public:
     QList<CodeEditor *> editors() const;
     QList<CodeEditor *> modifiedEditors() const;
     QString titleOf(const CodeEditor *editor) const;
-    // Its whole text, every character as it was read or typed.
-    static QString textOf(const CodeEditor *editor);
     static bool isSourceFile(const QString &path);
 
     // Untitled files ask for a name. False when the user gave up or it failed.

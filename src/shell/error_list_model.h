@@ -29,6 +29,12 @@ struct Issue
     int line = 0;
     int column = 0;
 
+    bool operator==(const Issue &other) const
+    {
+        return kind == other.kind && text == other.text && file == other.file &&
+               line == other.line && column == other.column;
+    }
+
     // Type, text, file, line, column as the list shows and copies them; an unknown number is empty.
     QStringList cells() const;
 };

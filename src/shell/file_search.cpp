@@ -10,7 +10,7 @@ constexpr int portionSize = 200;
 class Worker
 {
 public:
-    using Report = std::function<void(const QList<SearchHit> &hits)>;
+    using Report = std::function<void(const QList<FileHit> &hits)>;
 
     Worker(SearchPattern pattern, SearchQuery query, std::atomic_bool &isCancelled, Report report)
         : m_pattern(std::move(pattern)),
@@ -44,7 +44,7 @@ private:
             return;
         }
         const int before = m_summary.hits;
-        searchText(file, *text, m_pattern, m_query, [this](const SearchHit &hit) {
+        searchText(file, *text, m_pattern, m_query, [this](const FileHit &hit) {
             m_summary.hitLimit = m_summary.hits == FileSearch::maxHits;
             if (m_isCancelled || m_summary.hitLimit)
                 return false;
@@ -69,7 +69,7 @@ private:
     std::atomic_bool &m_isCancelled;
     Report m_report;
     SearchSummary m_summary;
-    QList<SearchHit> m_portion;
+    QList<FileHit> m_portion;
 };
 
 } // namespace
@@ -129,7 +129,7 @@ QString FileSearch::start(const QList<SearchFile> &files, const SearchQuery &que
             Qt::QueuedConnection);
     };
     const auto work = [this, post, files, pattern, query, isCancelled = m_isCancelled] {
-        const auto report = [this, post](const QList<SearchHit> &hits) {
+        const auto report = [this, post](const QList<FileHit> &hits) {
             post([this, hits] { emit hitsFound(hits); });
         };
         const SearchSummary summary = Worker(pattern, query, *isCancelled, report).run(files);

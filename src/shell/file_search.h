@@ -45,7 +45,7 @@ public:
 
 signals:
     // In portions, in the order of the files.
-    void hitsFound(const QList<SearchHit> &hits);
+    void hitsFound(const QList<FileHit> &hits);
     void finished(const SearchSummary &summary);
 
 private:

@@ -107,14 +107,14 @@ void searchText(const SearchFile &file, const QString &text, const SearchPattern
             if (match.capturedLength() == 0)
                 continue;
             const int column = match.capturedStart();
-            const SearchHit hit{file.path,
-                                file.name,
-                                line,
-                                column + 1,
-                                start + column,
-                                match.captured(),
-                                expanded(query, match),
-                                lineText};
+            const FileHit hit{file.path,
+                              file.name,
+                              line,
+                              column + 1,
+                              start + column,
+                              match.captured(),
+                              expanded(query, match),
+                              lineText};
             if (!take(hit))
                 return;
         }
@@ -163,10 +163,10 @@ std::optional<FileText> readFileText(const QString &path)
     return decodeFileText(file.read(maxSearchBytes));
 }
 
-QList<FileEdits> editsOf(const QList<SearchHit> &hits)
+QList<FileEdits> editsOf(const QList<FileHit> &hits)
 {
     QList<FileEdits> files;
-    for (const SearchHit &hit : hits) {
+    for (const FileHit &hit : hits) {
         if (files.isEmpty() || files.last().path != hit.path)
             files << FileEdits{hit.path, {}};
         files.last().edits << TextEdit{hit.position, hit.match, hit.replacement};

@@ -51,7 +51,7 @@ struct SearchFile
 QList<SearchFile> searchFilesOf(const VL::ProjectInfo &info,
                                 const QHash<QString, QString> &liveTexts);
 
-struct SearchHit
+struct FileHit
 {
     QString path;
     QString name;
@@ -63,10 +63,10 @@ struct SearchHit
     QString lineText; // without its line end
 };
 
-Q_DECLARE_METATYPE(QList<SearchHit>)
+Q_DECLARE_METATYPE(QList<FileHit>)
 
 // Receives the hits of a text one by one and says whether to go on.
-using TakeHit = std::function<bool(const SearchHit &hit)>;
+using TakeHit = std::function<bool(const FileHit &hit)>;
 
 // The hits in `text`, the file's own or the live one.
 void searchText(const SearchFile &file, const QString &text, const SearchPattern &pattern,
@@ -113,7 +113,7 @@ struct FileEdits
 Q_DECLARE_METATYPE(QList<FileEdits>)
 
 // One record for each file, for hits in the order in which they were found.
-QList<FileEdits> editsOf(const QList<SearchHit> &hits);
+QList<FileEdits> editsOf(const QList<FileHit> &hits);
 
 // All or nothing: false, and nothing changes, when the text is no longer the one that was searched.
 [[nodiscard]] bool applyEdits(QString &text, const QList<TextEdit> &edits);

@@ -169,10 +169,10 @@ void FindInFilesDialog::search(Mode mode)
     updateButtons();
 }
 
-void FindInFilesDialog::takeHits(const QList<SearchHit> &hits)
+void FindInFilesDialog::takeHits(const QList<FileHit> &hits)
 {
     m_preview->setVisible(m_mode == Mode::Preview);
-    for (const SearchHit &hit : hits) {
+    for (const FileHit &hit : hits) {
         if (m_mode == Mode::List)
             emit resultFound(hit.name, hit.line, hit.lineText);
         else
@@ -180,7 +180,7 @@ void FindInFilesDialog::takeHits(const QList<SearchHit> &hits)
     }
 }
 
-void FindInFilesDialog::addToPreview(const SearchHit &hit)
+void FindInFilesDialog::addToPreview(const FileHit &hit)
 {
     const QSignalBlocker blocker(m_preview);
     const int last = m_preview->topLevelItemCount() - 1;
@@ -222,9 +222,9 @@ void FindInFilesDialog::clearPreview()
     updateButtons();
 }
 
-QList<SearchHit> FindInFilesDialog::checkedHits() const
+QList<FileHit> FindInFilesDialog::checkedHits() const
 {
-    QList<SearchHit> hits;
+    QList<FileHit> hits;
     for (int file = 0; file < m_preview->topLevelItemCount(); ++file) {
         const QTreeWidgetItem *rows = m_preview->topLevelItem(file);
         for (int row = 0; row < rows->childCount(); ++row) {

@@ -53,18 +53,18 @@ private:
     void connectParts();
     SearchQuery query() const;
     void search(Mode mode);
-    void takeHits(const QList<SearchHit> &hits);
+    void takeHits(const QList<FileHit> &hits);
     void finish(const SearchSummary &summary);
-    void addToPreview(const SearchHit &hit);
+    void addToPreview(const FileHit &hit);
     void clearPreview();
-    QList<SearchHit> checkedHits() const;
+    QList<FileHit> checkedHits() const;
     void requestReplacement();
     void updateButtons();
 
     Files m_files;
     FileSearch m_search;
     Mode m_mode = Mode::List;
-    QList<SearchHit> m_hits; // of the preview
+    QList<FileHit> m_hits; // of the preview
     QTimer m_recount;
     QLineEdit *m_text;
     QLineEdit *m_replacement;

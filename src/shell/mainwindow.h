@@ -2,39 +2,42 @@
 #pragma once
 
 #include "project/project_manager.h"
+#include "shell/project_tree_entries.h"
+#include "shell/settings_dialog.h"
 #include "shell/visited_places.h"
 
 #include <QMainWindow>
+#include <QPointer>
 
 #include <memory>
 
 class ActionSet;
 class AutoSave;
-class BreakpointStore;
+class BreakpointKeeper;
 class BuildFlow;
 class BuildTarget;
 class CodeAssist;
 class CodeEditor;
 class CodeOutline;
-class CommandLibraryPanel;
 class ComponentList;
 class DockLayout;
+class DocumentGuard;
 class EditorTabs;
-class ExternalChanges;
 class FindBar;
 class FindInFilesDialog;
 class FramelessMainWindow;
 class OutputPanel;
 class ProjectFileDialogs;
+class ProjectFileOperations;
 class ProjectTree;
-class QComboBox;
 class RecentFilesMenu;
-class Recovery;
+class SessionKeeper;
 class SettingsStore;
 class SnippetManager;
 class StatusLine;
 class WelcomePage;
 class Workspace;
+struct FileEdits;
 
 // Every command of the user goes through one of the slots, which hands it to the class whose
 // matter it is.
@@ -81,13 +84,13 @@ public slots:
     void onRemoveFile();
     void onProjectSettings();
     void onProjectItemDoubleClicked(const QString &path);
-    void onProjectContextMenu(const QString &path, const QPoint &globalPosition);
+    void onProjectContextMenu(const QString &path, ProjectTreeKind kind,
+                              const QPoint &globalPosition);
     void syncProjectTreeSelection();
     void onShowWelcome();
     void onOpenRecentProject(const QString &path);
     void onRemoveRecentProject(const QString &path);
     void onClearAllRecentProjects();
-    void onOpenDocumentation();
     void onViewExamples();
 
     // --- editing (mainwindow_edit.cpp) ---
@@ -102,10 +105,6 @@ public slots:
     void onReplace();
     void onFindInFiles();
     void onGotoLine();
-    void onGotoDefinition();
-    void onGoBack();
-    void onFindUsages();
-    void onRename();
     void onToggleComment();
     void onFormatCode();
     void onFormatCurrentVcFile();
@@ -113,6 +112,12 @@ public slots:
     void onTabChanged();
     void onCursorPositionChanged(int line, int column);
     void onCodeModified();
+
+    // --- places and names (mainwindow_navigate.cpp) ---
+    void onGotoDefinition();
+    void onGoBack();
+    void onFindUsages();
+    void onRename();
 
     // --- view (mainwindow_view.cpp) ---
     void onToggleToolbox();
@@ -139,10 +144,10 @@ public slots:
     void onToggleBreakpoint();
     void onBuildSettings();
     void onErrorItemClicked(const QString &file, int line, int column, const QString &message);
-    void onPlatformChanged(int index);
-    void onBuildConfigChanged(int index);
+    void onPlatformChanged(const QString &platform);
+    void onBuildConfigChanged(const QString &configuration);
 
-    // --- tools, settings and help (mainwindow_tools.cpp) ---
+    // --- tools and settings (mainwindow_tools.cpp) ---
     void onColorPicker();
     void onJsonTool();
     void onStringTool();
@@ -151,12 +156,6 @@ public slots:
     void onThemeManager();
     void onCommandSelected(const QString &name);
     void onCommandDoubleClicked(const QString &name);
-    void onHelp();
-    void onShortcutsGuide();
-    void onTemplateLibrary();
-    void onCheckUpdate();
-    void onChangelog();
-    void onAbout();
 
     // To be called after every change of what commands depend on.
     void updateActions();
@@ -166,15 +165,17 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
-    void createDocks();
-    void createMenusAndToolBars();
-    void createBuildBoxes();
+    void fillDocks();
     void connectProjects();
     void connectEditors();
     void connectPanels();
     void connectBuild();
     void followEditor(CodeEditor *editor);
+    void followProject();
+    void followRun();
     void showTitle();
+    void showFindings();
+    void showCompileOutput();
     void applySettings();
 
     bool openProject(const QString &projectFile);
@@ -182,19 +183,38 @@ private:
     bool closeActiveProject();
     void goTo(const QString &path, int line, int column = 0);
     void rememberPlace();
+    void applyFileEdits(const QList<FileEdits> &edits);
     void toggleDock(const char *name);
     void insertInEditor(const QString &text);
-    void showSettings(int page);
+    void showTool(QDialog *tool);
+    void showSettings(SettingsDialog::Page page);
+    bool hasActiveRun() const;
 
     SettingsStore &m_settings;
     ProjectManager *m_projects;
     EditorTabs *m_tabs;
+    FindBar *m_findBar;
+    std::unique_ptr<Workspace> m_workspace;
     StatusLine *m_status;
     OutputPanel *m_output;
     ProjectTree *m_tree;
-    std::unique_ptr<Workspace> m_workspace;
+    CodeOutline *m_outline;
+    ComponentList *m_components;
+    WelcomePage *m_welcome;
+    std::unique_ptr<ProjectFileOperations> m_fileOperations;
+    ProjectFileDialogs *m_fileDialogs;
     std::unique_ptr<DockLayout> m_docks;
     ActionSet *m_actions;
-    RecentFilesMenu *m_recentFiles;
+    RecentFilesMenu *m_recentFiles = nullptr; // made with the menus
+    CodeAssist *m_assist;
+    BreakpointKeeper *m_breakpoints;
+    DocumentGuard *m_guard;
+    std::unique_ptr<SessionKeeper> m_session;
+    AutoSave *m_autoSave;
+    BuildTarget *m_target;
+    BuildFlow *m_build;
+    std::unique_ptr<SnippetManager> m_snippets;
+    QPointer<FindInFilesDialog> m_findInFiles;
     VisitedPlaces m_visited;
+    QPointer<FramelessMainWindow> m_frame;
 };

@@ -1,7 +1,16 @@
 // What the main window does to the text in front.
 #include "shell/mainwindow.h"
 
+#include "editor/find_bar.h"
+#include "shell/code_assist.h"
+#include "shell/code_outline.h"
+#include "shell/dock_layout.h"
 #include "shell/editor_tabs.h"
+#include "shell/find_in_files_dialog.h"
+#include "shell/output_panel.h"
+#include "shell/project_tree.h"
+#include "shell/status_line.h"
+#include "shell/workspace.h"
 
 #include <QApplication>
 #include <QInputDialog>
@@ -61,6 +70,39 @@ void MainWindow::onDelete()
     }
 }
 
+void MainWindow::onFind()
+{
+    m_findBar->setEditor(m_tabs->currentEditor());
+    m_findBar->openFind();
+}
+
+void MainWindow::onReplace()
+{
+    m_findBar->setEditor(m_tabs->currentEditor());
+    m_findBar->openReplace();
+}
+
+void MainWindow::onFindInFiles()
+{
+    if (!m_findInFiles) {
+        m_findInFiles = new FindInFilesDialog([this] { return m_workspace->searchFiles(); }, this);
+        const auto dialog = m_findInFiles.data();
+        connect(dialog, &FindInFilesDialog::searchStarted, m_output,
+                &OutputPanel::clearSearchResults);
+        connect(dialog, &FindInFilesDialog::resultFound, m_output, &OutputPanel::addSearchResult);
+        connect(dialog, &FindInFilesDialog::searchFinished, this, [this](const QString &status) {
+            m_docks->raise(QStringLiteral("OutputDock"));
+            m_output->showTab(OutputPanel::SearchTab);
+            m_status->showMessage(status);
+        });
+        connect(dialog, &FindInFilesDialog::replaceRequested, this, &MainWindow::applyFileEdits);
+    }
+    if (const CodeEditor *editor = m_tabs->currentEditor())
+        m_findInFiles->setSearchText(editor->textCursor().selectedText());
+    m_findInFiles->show();
+    m_findInFiles->activateWindow();
+}
+
 void MainWindow::onGotoLine()
 {
     CodeEditor *editor = m_tabs->currentEditor();
@@ -88,4 +130,49 @@ void MainWindow::onDuplicateLine()
 {
     if (CodeEditor *editor = m_tabs->currentEditor())
         editor->duplicate();
+}
+
+void MainWindow::onFormatCode()
+{
+    CodeEditor *editor = m_tabs->currentEditor();
+    if (!editor || !EditorTabs::isSourceFile(editor->filePath()))
+        return;
+    editor->formatSource();
+}
+
+// All of it, whichever part is selected.
+void MainWindow::onFormatCurrentVcFile()
+{
+    onFormatCode();
+}
+
+void MainWindow::onTabChanged()
+{
+    CodeEditor *editor = m_tabs->currentEditor();
+    m_findBar->setEditor(editor);
+    m_outline->setSymbols(editor ? m_assist->symbolsOf(editor->filePath()) : CodeSymbols());
+    if (editor) {
+        const QTextCursor cursor = editor->textCursor();
+        onCursorPositionChanged(cursor.blockNumber() + 1, cursor.positionInBlock() + 1);
+        syncProjectTreeSelection();
+    } else {
+        m_status->clearPosition();
+    }
+    updateActions();
+}
+
+void MainWindow::onCursorPositionChanged(int line, int column)
+{
+    m_status->setPosition(line, column);
+    m_outline->setCurrentLine(line);
+}
+
+void MainWindow::onCodeModified()
+{
+    QSet<QString> modified;
+    for (const CodeEditor *editor : m_tabs->modifiedEditors())
+        modified.insert(editor->filePath());
+    m_tree->setModifiedFiles(modified);
+    setWindowModified(!modified.isEmpty());
+    updateActions();
 }

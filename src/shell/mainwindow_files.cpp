@@ -6,6 +6,7 @@
 #include "shell/new_project_dialog.h"
 #include "shell/recent_files_menu.h"
 #include "shell/status_line.h"
+#include "shell/workspace.h"
 
 #include <QDir>
 #include <QFileDialog>
@@ -65,12 +66,17 @@ void MainWindow::onNewProject()
     NewProjectDialog dialog(m_settings, this);
     if (dialog.exec() != QDialog::Accepted)
         return;
-    if (dialog.isSingleFile()) {
-        onNewFile();
+    const NewProject project = dialog.project();
+    if (project.kind != ProjectKind::Single) {
+        if (!m_projects->createProject(project))
+            QMessageBox::warning(this, QStringLiteral("新建项目"), m_projects->lastError());
         return;
     }
-    if (!m_projects->createProject(dialog.project()))
-        QMessageBox::warning(this, QStringLiteral("新建项目"), m_projects->lastError());
+    const SingleFile file = createSingleFile(project.folder, project.name);
+    if (file.error.isEmpty())
+        openPath(file.path);
+    else
+        QMessageBox::warning(this, QStringLiteral("新建项目"), file.error);
 }
 
 void MainWindow::onNewFile()

@@ -1,8 +1,11 @@
 // What the main window shows and hides.
 #include "shell/mainwindow.h"
 
+#include "shell/action_set.h"
+#include "shell/dock_layout.h"
 #include "shell/editor_tabs.h"
 
+#include <QAction>
 #include <QDockWidget>
 
 void MainWindow::toggleDock(const char *name)

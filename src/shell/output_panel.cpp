@@ -161,8 +161,22 @@ void OutputPanel::removeIssues(const QString &file, const QString &prefix)
     m_errors->removeIssues(file, prefix);
 }
 
+void OutputPanel::showFindings(const QMap<QString, QVector<Issue>> &findingsByFile)
+{
+    if (findingsByFile == m_findings)
+        return;
+    for (const QString &file : m_findings.keys() + findingsByFile.keys())
+        m_errors->removeIssues(file, QString());
+    for (const QVector<Issue> &findings : findingsByFile) {
+        for (const Issue &finding : findings)
+            m_errors->addIssue(finding);
+    }
+    m_findings = findingsByFile;
+}
+
 void OutputPanel::clearIssues()
 {
+    m_findings.clear();
     m_errors->clearIssues();
 }
 

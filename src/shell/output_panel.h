@@ -4,6 +4,7 @@
 #include "shell/error_list_model.h"
 
 #include <QColor>
+#include <QMap>
 #include <QTabWidget>
 
 class CommandHelpBrowser;
@@ -40,6 +41,9 @@ public:
     void addInfo(const QString &message, const QString &file = {}, int line = 0, int column = 0);
     // Takes out the issues of `file` whose text starts with `prefix`.
     void removeIssues(const QString &file, const QString &prefix);
+    // What a check found while the user types, in place of all that is listed for these files and
+    // for those of the findings before. Brings no tab to the front.
+    void showFindings(const QMap<QString, QVector<Issue>> &findingsByFile);
     void clearIssues();
     void addSearchResult(const QString &file, int line, const QString &text);
     void clearSearchResults();
@@ -81,4 +85,5 @@ private:
     ErrorListWidget *m_errors;
     SearchResultsWidget *m_searchResults;
     CommandHelpBrowser *m_help;
+    QMap<QString, QVector<Issue>> m_findings;
 };

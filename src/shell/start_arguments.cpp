@@ -5,10 +5,19 @@
 
 namespace {
 
-// The absolute path of a file that the program opens, or an empty text.
+// The absolute path of a file that the program opens, or an empty text. A folder stands for the
+// one project in it.
 QString openableFile(const QString &argument)
 {
-    const QFileInfo file(QDir::fromNativeSeparators(argument).trimmed());
+    QFileInfo file(QDir::fromNativeSeparators(argument).trimmed());
+    if (file.isDir()) {
+        const QDir folder(file.filePath());
+        const QFileInfoList projects =
+            folder.entryInfoList({QStringLiteral("*.vlproj")}, QDir::Files);
+        if (argument.trimmed().isEmpty() || projects.size() != 1)
+            return {};
+        file = projects.first();
+    }
     const QString suffix = file.suffix().toLower();
     const bool isOurs = suffix == QLatin1String("vlproj") || suffix == QLatin1String("vc") ||
                         suffix == QLatin1String("vui");

@@ -13,5 +13,5 @@ struct StartArguments
 };
 
 // `arguments` with the program's name first. The first one that names an existing project, source
-// or form is the file to open; what means nothing is ignored.
+// or form, or a folder with one project, is the file to open; what means nothing is ignored.
 StartArguments readStartArguments(const QStringList &arguments);

@@ -26,13 +26,13 @@ QMap<QString, QString> Workspace::sourceTexts()
     if (!m_projects.hasOpenProject()) {
         const CodeEditor *current = m_tabs.currentEditor();
         if (current && EditorTabs::isSourceFile(current->filePath()))
-            texts.insert(current->filePath(), EditorTabs::textOf(current));
+            texts.insert(current->filePath(), current->text());
         return texts;
     }
     for (const QString &file : m_projects.currentProject().sourceFiles) {
         const QString path = absolutePath(file);
         const CodeEditor *editor = m_tabs.editorOf(path);
-        texts.insert(path, editor ? EditorTabs::textOf(editor) : diskText(path));
+        texts.insert(path, editor ? editor->text() : diskText(path));
     }
     return texts;
 }
@@ -45,10 +45,20 @@ LiveState Workspace::liveState() const
     const QDir folder(m_projects.currentProject().path);
     for (const CodeEditor *editor : m_tabs.modifiedEditors()) {
         if (isInProject(editor->filePath()))
-            live.sources.insert(folder.relativeFilePath(editor->filePath()),
-                                EditorTabs::textOf(editor));
+            live.sources.insert(folder.relativeFilePath(editor->filePath()), editor->text());
     }
     return live;
+}
+
+QList<SearchFile> Workspace::searchFiles() const
+{
+    QHash<QString, QString> live;
+    QList<SearchFile> open;
+    for (const CodeEditor *editor : m_tabs.editors()) {
+        live.insert(editor->filePath(), editor->text());
+        open << SearchFile{editor->filePath(), displayName(editor->filePath()), editor->text()};
+    }
+    return m_projects.hasOpenProject() ? searchFilesOf(m_projects.currentProject(), live) : open;
 }
 
 bool Workspace::isInProject(const QString &path) const
@@ -69,8 +79,10 @@ QString Workspace::absolutePath(const QString &name) const
 
 QString Workspace::displayName(const QString &path) const
 {
+    if (path.isEmpty())
+        return path;
     if (!m_projects.hasOpenProject())
-        return QFileInfo(path).fileName();
+        return QDir::toNativeSeparators(path);
     const QString relative = QDir(m_projects.currentProject().path).relativeFilePath(path);
     return relative.startsWith(QLatin1String("..")) ? QDir::toNativeSeparators(path) : relative;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "project/project_build.h"
+#include "shell/find_in_files.h"
 
 #include <QDateTime>
 #include <QHash>
@@ -22,6 +23,8 @@ public:
     QMap<QString, QString> sourceTexts();
     // What editors hold of the active project's sources that is not saved.
     LiveState liveState() const;
+    // What a search in files goes through.
+    QList<SearchFile> searchFiles() const;
     // Whether the file belongs to the active project.
     bool isInProject(const QString &path) const;
     // Names as messages give them, relative to the project, to paths.

@@ -16,17 +16,17 @@ namespace {
 QStringList placesIn(const QString &text, const SearchQuery &query)
 {
     QStringList places;
-    searchText({}, text, compileSearch(query), query, [&places](const SearchHit &hit) {
+    searchText({}, text, compileSearch(query), query, [&places](const FileHit &hit) {
         places << QString("%1:%2 %3").arg(hit.line).arg(hit.column).arg(hit.match);
         return true;
     });
     return places;
 }
 
-QList<SearchHit> hitsIn(const SearchFile &file, const QString &text, const SearchQuery &query)
+QList<FileHit> hitsIn(const SearchFile &file, const QString &text, const SearchQuery &query)
 {
-    QList<SearchHit> hits;
-    searchText(file, text, compileSearch(query), query, [&hits](const SearchHit &hit) {
+    QList<FileHit> hits;
+    searchText(file, text, compileSearch(query), query, [&hits](const FileHit &hit) {
         hits << hit;
         return true;
     });
@@ -44,9 +44,9 @@ struct Search
 {
     explicit Search(const QList<SearchFile> &files, const SearchQuery &query)
     {
-        QObject::connect(&search, &FileSearch::hitsFound, [this](const QList<SearchHit> &portion) {
+        QObject::connect(&search, &FileSearch::hitsFound, [this](const QList<FileHit> &portion) {
             ++portions;
-            for (const SearchHit &hit : portion)
+            for (const FileHit &hit : portion)
                 hits << QString("%1:%2").arg(hit.name).arg(hit.line);
         });
         QObject::connect(&search, &FileSearch::finished, [this](const SearchSummary &end) {
