@@ -14,7 +14,8 @@ struct CompletionOffer
     bool isEventHead = false;      // the event in the head of an event function is wanted
 };
 
-// Texts before the cursor are the whole source up to it. `addedLines`: see CompletionPlace.
+// One for each document. Texts before the cursor are the whole source up to it; `addedLines`: see
+// CompletionPlace.
 class AutoCompleter : public QObject
 {
     Q_OBJECT

@@ -43,7 +43,7 @@ EditorCompletion::EditorCompletion(CodeEditor *editor)
     });
     connect(m_popup, &CompletionPopup::picked, this, [this] { acceptsCurrent(); });
     connect(editor->verticalScrollBar(), &QScrollBar::valueChanged, this,
-            &EditorCompletion::hideAll);
+            &EditorCompletion::followScrolling);
     editor->installEventFilter(this);
     editor->viewport()->installEventFilter(this);
 }
@@ -93,7 +93,8 @@ bool EditorCompletion::takesKey(const QKeyEvent &event)
         return true;
     }
     if (event.key() == Qt::Key_F1 && modifiers == Qt::NoModifier) {
-        const QString command = commandAtCursor();
+        const CompletionItem *current = m_popup->isVisible() ? m_popup->currentItem() : nullptr;
+        const QString command = current ? current->record : commandAtCursor();
         if (!command.isEmpty())
             emit m_editor->commandHelpRequested(command);
         return !command.isEmpty();
@@ -253,6 +254,17 @@ void EditorCompletion::hideList()
     m_delay.stop();
 }
 
+void EditorCompletion::followScrolling()
+{
+    m_popup->hide();
+    if (!m_hint->isVisible())
+        return;
+    if (m_editor->viewport()->rect().contains(m_editor->cursorRect().center()))
+        updateParamHint();
+    else
+        m_hint->hide();
+}
+
 void EditorCompletion::hideAll()
 {
     m_popup->hide();
@@ -283,6 +295,8 @@ bool EditorCompletion::eventFilter(QObject *watched, QEvent *event)
 {
     switch (event->type()) {
     case QEvent::MouseButtonPress:
+        m_popup->hide();
+        break;
     case QEvent::FocusOut:
     case QEvent::Hide:
     case QEvent::Resize:

@@ -46,6 +46,7 @@ private:
     QRect caret(const QTextCursor &cursor) const;
     bool accept(CompletionItem item);
     bool acceptsCurrent();
+    void followScrolling();
     void hideAll();
     void hideList();
     void reportCommand();

@@ -1,5 +1,7 @@
 #include "editor/masked_code.h"
 
+#include <string_view>
+
 namespace {
 
 // The quotes that end the string which `open` begins; empty for what begins none. Either form may
@@ -22,6 +24,13 @@ QString closingQuotes(QChar open)
     }
 }
 
+// Whether a string or a comment may begin with the sign.
+bool mayLeaveCode(QChar sign)
+{
+    return std::u16string_view(u"\"'/／rR“”‘’").find(char16_t(sign.unicode())) !=
+           std::u16string_view::npos;
+}
+
 bool isSlash(QChar sign)
 {
     return sign == QLatin1Char('/') || sign == QChar(u'／');
@@ -39,19 +48,8 @@ public:
     MaskedCode run()
     {
         while (m_index < m_source.size()) {
-            const QChar sign = m_source.at(m_index);
-            const QChar next = m_source.size() > m_index + 1 ? m_source.at(m_index + 1) : QChar();
-            const bool mayQuote = sign.unicode() < 0x80 || m_index >= m_lastLine;
-            const QString closing = mayQuote ? closingQuotes(sign) : QString();
-            if (isSlash(sign) && isSlash(next))
-                fill(m_source.indexOf(QLatin1Char('\n'), m_index), QLatin1Char(' '));
-            else if (sign == QLatin1Char('/') && next == QLatin1Char('*'))
-                fill(behind(m_source.indexOf(QLatin1String("*/"), m_index + 2), 2),
-                     QLatin1Char(' '));
-            else if (const int end = rawStringEnd())
-                fill(end, stringFiller);
-            else if (!closing.isEmpty())
-                fill(stringEnd(closing), stringFiller);
+            if (mayLeaveCode(m_source.at(m_index)))
+                step();
             else
                 ++m_index;
         }
@@ -60,6 +58,24 @@ public:
 
 private:
     static int behind(int found, int length) { return found < 0 ? -1 : found + length; }
+
+    void step()
+    {
+        const QChar sign = m_source.at(m_index);
+        const QChar next = m_source.size() > m_index + 1 ? m_source.at(m_index + 1) : QChar();
+        const bool mayQuote = sign.unicode() < 0x80 || m_index >= m_lastLine;
+        const QString closing = mayQuote ? closingQuotes(sign) : QString();
+        if (isSlash(sign) && isSlash(next))
+            fill(m_source.indexOf(QLatin1Char('\n'), m_index), QLatin1Char(' '));
+        else if (sign == QLatin1Char('/') && next == QLatin1Char('*'))
+            fill(behind(m_source.indexOf(QLatin1String("*/"), m_index + 2), 2), QLatin1Char(' '));
+        else if (const int end = rawStringEnd())
+            fill(end, stringFiller);
+        else if (!closing.isEmpty())
+            fill(stringEnd(closing), stringFiller);
+        else
+            ++m_index;
+    }
 
     // Up to `end`, or to the end of the source for -1.
     void fill(int end, QChar filler)

@@ -285,6 +285,9 @@ void EditorCompletionTest::tellsTheCommandAtTheCursor()
     QCOMPARE(moved.takeFirst().at(0).toString(), QStringLiteral("弹窗"));
     press("<End><F1>");
     QCOMPARE(asked.count(), 0);
+    // With the list open, its current row is what help is wanted for.
+    press("qwb<F1>");
+    QCOMPARE(asked.takeFirst().at(0).toString(), QStringLiteral("取文本"));
 }
 
 void EditorCompletionTest::offersNothingWithoutCompleter()
