@@ -35,11 +35,21 @@ EditorCompletion::EditorCompletion(CodeEditor *editor)
     m_commandDelay.setInterval(commandDelay);
     connect(&m_delay, &QTimer::timeout, editor, &CodeEditor::updateAutoComplete);
     connect(&m_commandDelay, &QTimer::timeout, this, &EditorCompletion::reportCommand);
-    connect(editor, &CodeEditor::textChanged, this, [this] { m_delay.start(); });
+    connect(editor, &CodeEditor::textChanged, this, [this] {
+        m_delay.start();
+        m_staleCheck.start();
+    });
     connect(editor, &CodeEditor::cursorPositionChanged, this, [this] {
         m_commandDelay.start();
+        m_staleCheck.start();
         if (m_hint->isVisible())
             updateParamHint();
+    });
+    // Keys bring the list up to date at once; what is left behind came by another way.
+    m_staleCheck.setSingleShot(true);
+    connect(&m_staleCheck, &QTimer::timeout, this, [this] {
+        if (m_popup->isVisible() && !isOfferCurrent())
+            hideList();
     });
     connect(m_popup, &CompletionPopup::picked, this, [this] { acceptsCurrent(); });
     connect(editor->verticalScrollBar(), &QScrollBar::valueChanged, this,
@@ -131,9 +141,7 @@ void EditorCompletion::keyDone(const QString &typed)
         m_hint->hide();
     else if (QStringLiteral(",，(（").contains(sign))
         updateParamHint();
-    const bool hasMoved = m_editor->textCursor().position() != m_offerPosition ||
-                          m_editor->document()->revision() != m_offerRevision;
-    if (sign.isPrint() || (m_popup->isVisible() && hasMoved))
+    if (sign.isPrint() || (m_popup->isVisible() && !isOfferCurrent()))
         updateCompletions();
 }
 
@@ -197,7 +205,14 @@ void EditorCompletion::updateParamHint()
 bool EditorCompletion::acceptsCurrent()
 {
     const CompletionItem *current = m_popup->currentItem();
-    return current && accept(*current);
+    return m_completer && current && isOfferCurrent() && accept(*current);
+}
+
+// Whether the offer was made for the text and the place of the cursor as they are.
+bool EditorCompletion::isOfferCurrent() const
+{
+    return m_editor->textCursor().position() == m_offerPosition &&
+           m_editor->document()->revision() == m_offerRevision;
 }
 
 // False if nothing had to be changed.

@@ -46,6 +46,7 @@ private:
     QRect caret(const QTextCursor &cursor) const;
     bool accept(CompletionItem item);
     bool acceptsCurrent();
+    bool isOfferCurrent() const;
     void followScrolling();
     void hideAll();
     void hideList();
@@ -57,6 +58,7 @@ private:
     CompletionPopup *m_popup;
     QLabel *m_hint;
     QTimer m_delay;        // from the last change of the text to the trigger
+    QTimer m_staleCheck;   // runs when the events at hand are done with
     QTimer m_commandDelay; // from the last move of the cursor to the report
     CompletionOffer m_offer;
     int m_offerPosition = 0; // of the cursor

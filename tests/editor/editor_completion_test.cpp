@@ -2,6 +2,7 @@
 #include "editor/auto_completer.h"
 #include "editor/completion_popup.h"
 #include "editor/popup_place.h"
+#include "editor/syntax_highlighter.h"
 #include "editor_keys.h"
 
 #include <QLabel>
@@ -20,6 +21,7 @@ private slots:
     void takesByAClick();
     void closes_data();
     void closes();
+    void closesWhenTheTextChangesOtherwise();
     void opensLate();
     void staysShutOnceClosed();
     void neverWhileComposing();
@@ -69,6 +71,7 @@ void EditorCompletionTest::init()
     variable.name = QStringLiteral("计数器");
     m_completer->setProjectSymbols({task, variable});
     m_editor.reset(new CodeEditor);
+    new SyntaxHighlighter(m_editor->document());
     m_editor->setAutoCompleter(m_completer.data());
     m_editor->resize(500, 300);
     m_editor->show();
@@ -171,6 +174,21 @@ void EditorCompletionTest::closes()
     QFETCH(QString, keys);
     EditorKeys::press(*m_editor, keys);
     QVERIFY(!popup()->isVisible());
+}
+
+// As menus and tool bars do it.
+void EditorCompletionTest::closesWhenTheTextChangesOtherwise()
+{
+    load("甲\n|");
+    press("qwb");
+    m_editor->undo();
+    QTest::mouseClick(popup()->viewport(), Qt::LeftButton, {}, {20, 8});
+    QCOMPARE(marked(), QStringLiteral("甲\n|"));
+    QTRY_VERIFY(!popup()->isVisible());
+
+    press("qwb<Ctrl+/>");
+    QTRY_VERIFY(!popup()->isVisible());
+    QVERIFY(m_editor->toPlainText().endsWith(QStringLiteral("qwb")));
 }
 
 void EditorCompletionTest::opensLate()
