@@ -69,6 +69,11 @@ private:
     }
     int kind(int offset = 0) const { return at(offset).type; }
     bool isAtEnd() const { return kind() == Lexer::EndOfFile; }
+    // What can be declared; "#名" only stands for something declared elsewhere.
+    bool isName(int offset = 0) const
+    {
+        return kind(offset) == Lexer::Identifier && !at(offset).text.startsWith(QLatin1Char('#'));
+    }
     bool match(int tokenKind);
 
     void readItem();
@@ -173,15 +178,16 @@ void DeclarationReader::skipBlock()
 void DeclarationReader::readFunction()
 {
     const int header = m_index++;
-    if (kind() != Lexer::Identifier || at().startsLine)
+    if (!isName() || at().startsLine)
         return;
     const int declaration = add(SymbolKind::Function, at().text, QString(), QString());
     ++m_index;
     CodeSymbol &symbol = m_declarations[declaration].symbol;
-    while (kind() == Lexer::Dot && kind(1) == Lexer::Identifier) {
+    while (kind() == Lexer::Dot && isName(1)) {
         symbol.kind = SymbolKind::EventFunction;
         symbol.owner += (symbol.owner.isEmpty() ? QString() : QStringLiteral(".")) + symbol.name;
         symbol.name = at(1).text;
+        m_declarations[declaration].name = m_index + 1;
         m_index += 2;
     }
     readRoutine(declaration, header);
@@ -190,7 +196,7 @@ void DeclarationReader::readFunction()
 void DeclarationReader::readMethod(const QString &className)
 {
     const int header = m_index++;
-    if (kind() != Lexer::Identifier || at().startsLine)
+    if (!isName() || at().startsLine)
         return;
     const int declaration = add(SymbolKind::Method, at().text, className, QString());
     ++m_index;
@@ -246,7 +252,7 @@ bool DeclarationReader::readParameter(const QString &owner, QStringList *texts)
     if (isTyped)
         ++m_index;
     match(Lexer::Ampersand);
-    if (kind() != Lexer::Identifier)
+    if (!isName())
         return false;
     add(SymbolKind::Parameter, at().text, owner, type);
     ++m_index;
@@ -302,7 +308,7 @@ void DeclarationReader::readBody(const QString &owner, bool isOpen)
 void DeclarationReader::readClass()
 {
     ++m_index;
-    if (kind() != Lexer::Identifier || at().startsLine)
+    if (!isName() || at().startsLine)
         return;
     const QString name = at().text;
     const int declaration = add(SymbolKind::Class, name, QString(), QString());
@@ -315,7 +321,7 @@ void DeclarationReader::readClass()
 bool DeclarationReader::isAtTypeBlock() const
 {
     return kind() == Lexer::Identifier && at().startsLine && at().text == blockWord() &&
-           kind(1) == Lexer::Identifier && kind(2) == Lexer::LeftBrace;
+           isName(1) && kind(2) == Lexer::LeftBrace;
 }
 
 void DeclarationReader::readTypeBlock()
@@ -350,11 +356,11 @@ void DeclarationReader::readMembers(SymbolKind methods, const QString &owner)
 // statement begins it is none.
 bool DeclarationReader::isAtDeclaration() const
 {
-    if (kind(1) != Lexer::Identifier || at(1).startsLine)
+    if (!isName(1) || at(1).startsLine)
         return false;
     if (isAnyTypeWord(kind()))
         return true;
-    if (kind() != Lexer::Identifier || at(1).text.startsWith(QLatin1Char('#')))
+    if (!isName())
         return false;
     if (at().startsLine || m_index == 0)
         return at().text != QStringLiteral("全局");
@@ -372,14 +378,15 @@ bool DeclarationReader::readVariables(SymbolKind symbolKind, const QString &owne
     const QString type = at().text;
     do {
         ++m_index;
-        if (kind() != Lexer::Identifier || kind(1) == Lexer::LeftParen)
+        if (!isName() || kind(1) == Lexer::LeftParen)
             break;
         add(symbolKind, at().text, owner, type);
         ++m_index;
-        while (kind() == Lexer::LeftBracket && !at().startsLine) {
-            while (kind() != Lexer::RightBracket && !isAtEnd() && !at(1).startsLine)
+        while (!at().startsLine && match(Lexer::LeftBracket)) {
+            while (kind() != Lexer::RightBracket && !isAtEnd() && !at().startsLine)
                 ++m_index;
-            match(Lexer::RightBracket);
+            if (!at().startsLine)
+                match(Lexer::RightBracket);
         }
         if (match(Lexer::Assign))
             skipValue();

@@ -7,9 +7,9 @@
 #include <QString>
 #include <QVector>
 
-// `name` is the place of the symbol's name among the tokens; the name of an event function is the
-// whole "按钮1.单击". A parameter or local is known from there to the token `scopeEnd`; other
-// symbols end there with their body.
+// `name` is the place of the symbol's name among the tokens, of "按钮1.单击" that of the event. A
+// parameter or local is known from there to the token `scopeEnd`; other symbols end there with
+// their body.
 struct CodeDeclaration
 {
     CodeSymbol symbol;

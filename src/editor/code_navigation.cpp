@@ -64,7 +64,7 @@ void CodeNavigation::read(int source)
     for (int i = 0; i < read.declarations.size(); ++i) {
         const CodeSymbol &symbol = read.declarations.at(i).symbol;
         const Ref declared{source, i};
-        read.declarationAt.insert(nameToken(declared), i);
+        read.declarationAt.insert(read.declarations.at(i).name, i);
         if (isVariable(symbol)) {
             read.variables[normalizedName(symbol.name)].append(i);
             continue;
@@ -77,17 +77,6 @@ void CodeNavigation::read(int source)
         else if (symbol.kind != SymbolKind::EventFunction)
             m_globals[normalizedName(symbol.name)].append(declared);
     }
-}
-
-// The last word of "学生.介绍".
-int CodeNavigation::nameToken(const Ref &declared) const
-{
-    const QVector<CodeToken> &tokens = m_sources.at(declared.source).tokens;
-    int index = declaration(declared).name;
-    while (index + 2 < tokens.size() && tokens.at(index + 1).type == Lexer::Dot &&
-           tokens.at(index + 2).type == Lexer::Identifier)
-        index += 2;
-    return index;
 }
 
 CodeNavigation::Ref CodeNavigation::tokenAt(const QString &file, int line, int column) const
@@ -300,7 +289,7 @@ std::optional<CodeSymbol> CodeNavigation::symbolAt(const QString &file, int line
 CodePlace CodeNavigation::definitionOf(const QString &file, int line, int column) const
 {
     const Ref declared = bestDeclaration(tokenAt(file, line, column));
-    return declared.isValid() ? place({declared.source, nameToken(declared)}) : CodePlace();
+    return declared.isValid() ? place({declared.source, declaration(declared).name}) : CodePlace();
 }
 
 CodePlace CodeNavigation::place(const Ref &name) const

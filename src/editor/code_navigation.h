@@ -101,7 +101,6 @@ private:
     // All declarations with the meaning of this one.
     Refs sharing(const Ref &declared) const;
     Ref shared(const Ref &declared) const;
-    int nameToken(const Ref &declared) const;
     Ref bestDeclaration(const Ref &name) const;
 
     Refs usages(const Ref &declared) const;

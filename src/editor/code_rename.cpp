@@ -81,7 +81,7 @@ QString CodeNavigation::refusal(const Ref &declared, const QString &newName) con
     const Refs alike = namedAlike(declared, newName);
     if (alike.isEmpty())
         return QString();
-    const CodePlace other = place({alike.first().source, nameToken(alike.first())});
+    const CodePlace other = place({alike.first().source, declaration(alike.first()).name});
     return QStringLiteral("「%1」已经存在（%2 第 %3 行）")
         .arg(newName, other.file, QString::number(other.line));
 }

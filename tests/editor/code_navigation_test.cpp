@@ -240,6 +240,7 @@ void CodeNavigationTest::refusesToRename_data()
     row("entry", "函数 |主函数() {}", "开始", "语言规定");
     row("constructor", "类 甲 {\n  方法 |构造() {}\n}", "开始", "语言规定");
     row("command at the place", "函数 甲() {\n  |输出(1)\n}", "乙", "没有可以改名的名称");
+    row("not a declaration", "整数 #|甲", "乙", "没有可以改名的名称");
     row("nothing at the place", "|\n", "乙", "没有可以改名的名称");
 }
 

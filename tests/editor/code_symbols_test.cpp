@@ -163,6 +163,10 @@ void CodeSymbolsTest::keepsTheOthersOfABrokenText_data()
     row("no name yet", "函数 \n函数 乙() {}\n类\n类 丙 {}", "乙-2 丙-4");
     row("function without name", "函数 {\n  整数 甲\n}\n整数 乙", "乙-4");
     row("type without name", "整数\n整数 甲 =\n整数 乙", "甲-2 乙-3");
+    row("constant's sign", "整数 #甲\n整数 乙\n", "乙-2");
+    row("member for a variable", "函数 甲() {\n  整数 乙.丙 = 1\n}\n整数 丁", "甲-3 乙-2 丁-4");
+    row("bracket not closed", "函数 甲() {\n  数组 乙[\n  数组 丙[3\n  数组 丁\n}",
+        "甲-5 乙-2 丙-3 丁-4");
     row("string not closed", "整数 甲\n文本 乙 = \"abc\n整数 丙", "甲-1 乙-2");
     row("statements at file scope", "如果 (1) {\n  整数 甲\n}\n整数 乙", "乙-4");
 }
