@@ -48,6 +48,20 @@ QList<CompilerWindowBuildSpec> windowsOf(const QList<TemplateFile> &files)
     return windows;
 }
 
+// What the user may add before he writes a word; a class brings a beginning to a program that has
+// none.
+void addNewFiles(const QString &folder, bool classBegins)
+{
+    for (const char *ending : {"vc", "vt", "vpi"}) {
+        const QString name = QStringLiteral("新文件.") + QLatin1String(ending);
+        const QByteArray text = newSourceText(name, QDateTime::currentDateTime()).toUtf8();
+        DriverTest::writeFile(folder + QStringLiteral("/source/") + name, text);
+    }
+    const auto example = classBegins ? ClassExample::AsProgram : ClassExample::AsComment;
+    DriverTest::writeFile(folder + QStringLiteral("/source/学生.vpp"),
+                          newClassText(QStringLiteral("学生"), example).toUtf8());
+}
+
 // Sources nest, so that a build wants a deep stack.
 BuildOutcome check(const CompilerBuildRequest &request, BuildListener &listener)
 {
@@ -151,6 +165,8 @@ void ProjectTemplatesTest::checks()
     QTemporaryDir folder;
     for (const TemplateFile &file : files)
         DriverTest::writeFile(folder.filePath(file.path), file.bytes);
+    if (kind != QLatin1String("single"))
+        addNewFiles(folder.path(), kind == QLatin1String("gui"));
     const MergedSource merged = mergeProject(folder.path());
     QVERIFY(merged.errors.isEmpty());
 
