@@ -4,6 +4,7 @@
 
 #include <csignal>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 class ProcessGroup::Private
@@ -25,6 +26,9 @@ ProcessGroup::~ProcessGroup()
 void ProcessGroup::setupChildProcess()
 {
     ::setpgid(0, 0);
+    // Whoever works at the machine meanwhile comes first.
+    constexpr int niceness = 5;
+    ::setpriority(PRIO_PROCESS, 0, niceness);
 #ifdef PR_SET_PDEATHSIG
     ::prctl(PR_SET_PDEATHSIG, SIGKILL);
 #endif
