@@ -136,8 +136,18 @@ void BuildFlow::build()
         trace("onBuild: blocked (building)");
         return;
     }
+    begin(Then::Nothing, {});
+}
+
+void BuildFlow::begin(Then then, const CompilerDebugBreakpointsMap &breakpoints)
+{
     if (!m_thread)
         return;
+    m_then = then;
+    m_debugging = !breakpoints.isEmpty();
+    // A build without breakpoints rids the program of those it had.
+    post(&Compiler::slotSetDebugMode, m_debugging);
+    post(&Compiler::slotSetDebugBreakpoints, breakpoints);
     const QString project = activeProject();
     // Its program holds the file that is to be written.
     post(&Compiler::stopRunForProject, project);
@@ -229,8 +239,7 @@ void BuildFlow::onCompileFinished(bool success, const QString &output)
         endSuccessfully(output);
     else
         endFailed(output);
-    m_runAfterCompile = false;
-    m_debugging = false;
+    m_then = Then::Nothing;
     setBuilding(false);
 }
 
@@ -238,7 +247,7 @@ void BuildFlow::endSuccessfully(const QString &output)
 {
     emit statusChanged(text(BuildText::succeeded));
     line(text(BuildText::succeededLine), OutputKind::Success);
-    if (!m_runAfterCompile || m_cancelled)
+    if (m_then != Then::Run || m_cancelled)
         return;
     if (m_debugging && wasSkipped(output))
         line(text(BuildText::unchanged), OutputKind::Hint);
@@ -295,12 +304,6 @@ void BuildFlow::clean()
     post(&Compiler::clean);
 }
 
-void BuildFlow::postDebugging(const CompilerDebugBreakpointsMap &breakpoints)
-{
-    post(&Compiler::slotSetDebugMode, !breakpoints.isEmpty());
-    post(&Compiler::slotSetDebugBreakpoints, breakpoints);
-}
-
 void BuildFlow::run()
 {
     trace("onRun: enter");
@@ -312,10 +315,7 @@ void BuildFlow::run()
         line(text(BuildText::isRunning), OutputKind::Hint);
         return;
     }
-    postDebugging({});
-    m_runAfterCompile = true;
-    m_debugging = false;
-    build();
+    begin(Then::Run, {});
 }
 
 void BuildFlow::debug()
@@ -345,14 +345,10 @@ void BuildFlow::debug()
         lines << text(BuildText::debugFile)
                      .arg(QFileInfo(file.key()).fileName(), numbers.join(QLatin1String(", ")));
     }
-    if (breakpoints.isEmpty()) {
+    if (breakpoints.isEmpty())
         run();
-    } else {
-        postDebugging(breakpoints);
-        m_runAfterCompile = true;
-        m_debugging = true;
-        build();
-    }
+    else
+        begin(Then::Run, breakpoints);
     // Behind the build's beginning, which clears the output.
     for (const QString &told : qAsConst(lines))
         line(told, OutputKind::Hint);
@@ -398,11 +394,11 @@ void BuildFlow::shutdown()
     time.start();
     // Threads that hang are left to the end of the process: waiting for them would hang it.
     if (!m_thread->shutdown(shutdownLimit))
-        m_thread.release(); // NOLINT
+        m_thread.release();
     m_thread.reset();
     const int left = std::max(1, shutdownLimit - int(time.elapsed()));
     if (m_preparation && !m_preparation->wait(ulong(left)))
-        m_preparation.release(); // NOLINT
+        m_preparation.release();
     m_preparation.reset();
     m_building = false;
     m_runs.clear();

@@ -82,8 +82,14 @@ private:
     void setRunning(const QString &project, bool running);
     void setBuilding(bool building);
     void line(const QString &text, OutputKind kind = OutputKind::Ordinary);
-    void postDebugging(const CompilerDebugBreakpointsMap &breakpoints);
 
+    // What follows a build that succeeds.
+    enum class Then
+    {
+        Nothing,
+        Run
+    };
+    void begin(Then then, const CompilerDebugBreakpointsMap &breakpoints);
     void prepare(const BuildSubject &subject);
     void startCompiler(const PreparedBuild &prepared);
     void addIssue(const Issue &issue);
@@ -103,6 +109,6 @@ private:
     bool m_hasErrors = false;
     bool m_building = false;
     bool m_cancelled = false;
-    bool m_runAfterCompile = false;
+    Then m_then = Then::Nothing;
     bool m_debugging = false;
 };

@@ -39,11 +39,16 @@ public:
     ToolchainResult build(const ToolchainJob &job, BuildListener &) override
     {
         ToolchainResult result;
+        lastProgram = job.program.oneFile();
         QFile::remove(job.executable);
         result.success = QFile::copy(QStringLiteral(VOREL_CONSOLE_CHILD), job.executable);
         return result;
     }
+
+    static QString lastProgram;
 };
+
+QString CopyingToolchain::lastProgram;
 
 // Keeps what a flow tells.
 class Told : public QObject
@@ -409,7 +414,6 @@ void BuildFlowTest::debugs()
     const VL::ProjectInfo project = makeProject(QStringLiteral("工程"), program);
     m_host->points.insert(project.path + QStringLiteral("/source/main.vc"), {2, 5});
     m_host->points.insert(project.path + QStringLiteral("/source/乙.vc"), {});
-    QSignalSpy finished(m_flow.get(), &BuildFlow::runFinished);
     const auto debugOnce = [&] {
         m_told->output.clear();
         m_flow->debug();
@@ -419,6 +423,7 @@ void BuildFlowTest::debugs()
         QCOMPARE(m_told->lineOf("   📄 乙.vc"), -1);
     };
     debugOnce();
+    QVERIFY(CopyingToolchain::lastProgram.contains(QStringLiteral("VL_DebugBreakpoint(2, ")));
     const char unchanged[] = "无修改且断点未变化，跳过编译，直接调试运行...";
     QCOMPARE(m_told->lineOf(unchanged), -1);
     debugOnce();
@@ -429,6 +434,10 @@ void BuildFlowTest::debugs()
     QTRY_VERIFY_WITH_TIMEOUT(m_told->output.contains(QStringLiteral("ready\n")), 60000);
     QVERIFY(m_told->lineOf("   📄 main.vc → 行 1, 3") > 0);
     QCOMPARE(m_told->lineOf(unchanged), -1);
+    // Whoever builds only wants a program for others.
+    m_flow->build();
+    QVERIFY(endOfBuild());
+    QVERIFY(!CopyingToolchain::lastProgram.contains(QStringLiteral("VL_DebugBreakpoint")));
 }
 
 void BuildFlowTest::runsWithoutBreakpoints()
