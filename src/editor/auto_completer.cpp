@@ -202,14 +202,14 @@ QString AutoCompleter::help(const CompletionItem &item)
     return text;
 }
 
-QString AutoCompleter::paramHint(const QString &textBefore, int addedLines) const
+ParamHint AutoCompleter::paramHint(const QString &textBefore, int addedLines) const
 {
     const QString code = maskedCode(textBefore).text;
     const auto call = openCall(code);
     if (!call)
-        return QString();
+        return {};
     const QStringList forms = m_sources.callForms(call->path, placeIn(code, addedLines));
-    return paramHintHtml(forms, call->argument);
+    return {paramHintHtml(forms, call->argument), call->openingAt};
 }
 
 QString AutoCompleter::command(const QString &textToWordEnd, int addedLines) const

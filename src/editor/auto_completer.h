@@ -14,6 +14,12 @@ struct CompletionOffer
     bool isEventHead = false;      // the event in the head of an event function is wanted
 };
 
+struct ParamHint
+{
+    QString html;       // empty outside of known calls
+    int openingAt = -1; // where the "(" of the call stands in the text
+};
+
 // One for each document. Texts before the cursor are the whole source up to it; `addedLines`: see
 // CompletionPlace.
 class AutoCompleter : public QObject
@@ -46,8 +52,8 @@ public:
 
     // The rich text that explains an item; empty where nothing is to be said.
     static QString help(const CompletionItem &item);
-    // The parameter hint for the end of the text as rich text; empty outside of known calls.
-    QString paramHint(const QString &textBefore, int addedLines = 0) const;
+    // The parameter hint for the end of the text.
+    ParamHint paramHint(const QString &textBefore, int addedLines = 0) const;
     // The name in the command catalogue of what the word ending the text names; empty for others.
     QString command(const QString &textToWordEnd, int addedLines = 0) const;
 

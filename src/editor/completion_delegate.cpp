@@ -68,10 +68,12 @@ void CompletionDelegate::paint(QPainter *painter, const QStyleOptionViewItem &op
 
     painter->setFont(option.font);
     painter->setPen(text);
+    // Marks are of different widths; the names behind them stand below each other.
+    painter->drawText(QRect(rest.left(), rest.top(), side, rest.height()), Qt::AlignCenter,
+                      index.data(CompletionMarkRole).toString().trimmed());
+    rest.setLeft(rest.left() + side + padding);
     const QFontMetrics &metrics = option.fontMetrics;
-    const QString name =
-        metrics.elidedText(index.data(CompletionMarkRole).toString() + index.data().toString(),
-                           Qt::ElideRight, rest.width());
+    const QString name = metrics.elidedText(index.data().toString(), Qt::ElideRight, rest.width());
     painter->drawText(rest, Qt::AlignLeft | Qt::AlignVCenter, name);
     rest.setLeft(rest.left() + metrics.horizontalAdvance(name) + detailGap);
     if (rest.width() > 0) {

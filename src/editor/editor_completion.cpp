@@ -186,15 +186,19 @@ void EditorCompletion::updateAutoComplete()
 
 void EditorCompletion::updateParamHint()
 {
-    const QString text = m_completer && m_editor->isVisible()
-                             ? m_completer->paramHint(textBefore(), addedLines())
-                             : QString();
-    if (text.isEmpty()) {
+    const ParamHint hint = m_completer && m_editor->isVisible()
+                               ? m_completer->paramHint(textBefore(), addedLines())
+                               : ParamHint();
+    if (hint.html.isEmpty()) {
         m_hint->hide();
         return;
     }
-    m_hint->setText(text);
-    const QRect line = caret(m_editor->textCursor());
+    m_hint->setText(hint.html);
+    // It begins where the call does, so that it keeps its place while one types.
+    QTextCursor opening(m_editor->document());
+    opening.setPosition(hint.openingAt);
+    const bool isOnThisLine = opening.block() == m_editor->textCursor().block();
+    const QRect line = caret(isOnThisLine ? opening : m_editor->textCursor());
     m_hint->setGeometry(PopupPlace::hint(line, m_hint->sizeHint(),
                                          m_popup->isVisible() ? m_popup->geometry() : QRect(),
                                          PopupPlace::screenAt(line.center())));

@@ -293,7 +293,7 @@ void AutoCompleterTest::hintsAtParameters_data()
 void AutoCompleterTest::hintsAtParameters()
 {
     QFETCH(QString, text);
-    QTEST(m_completer->paramHint(inMain + text), "hint");
+    QTEST(m_completer->paramHint(inMain + text).html, "hint");
 }
 
 void AutoCompleterTest::knowsCommands_data()
