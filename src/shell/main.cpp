@@ -12,7 +12,9 @@
 
 #include <QApplication>
 #include <QDateTime>
+#include <QLibraryInfo>
 #include <QTimer>
+#include <QTranslator>
 
 #include <cstdio>
 
@@ -34,6 +36,20 @@ void beginLog(LogFile &log)
     log.write(
         QStringLiteral("INFO: to look into a hang or a crash, attach a debugger to process %1")
             .arg(QCoreApplication::applicationPid()));
+}
+
+// The texts of Qt's own dialogs. Beside the program, or where Qt keeps them.
+void loadTranslation(QApplication &application, QTranslator &translator)
+{
+    for (const QString &folder :
+         {QCoreApplication::applicationDirPath() + QStringLiteral("/translations"),
+          QLibraryInfo::location(QLibraryInfo::TranslationsPath)}) {
+        if (translator.load(QStringLiteral("qtbase_zh_CN"), folder)) {
+            application.installTranslator(&translator);
+            return;
+        }
+    }
+    qWarning("no Chinese texts for the dialogs of Qt");
 }
 
 int runWindow(SettingsStore &settings, const QString &fileToOpen)
@@ -71,6 +87,8 @@ int main(int argc, char **argv)
     AppIdentity::apply();
     LogFile log;
     beginLog(log);
+    QTranslator translator;
+    loadTranslation(application, translator);
     applyDarkTheme(application);
     const int code = runWindow(settings, arguments.fileToOpen);
     log.write(QStringLiteral("INFO: app.exec() returned %1").arg(code));

@@ -217,6 +217,7 @@ void MainWindow::connectPanels()
     connect(m_welcome, &Welcome::openProjectRequested, this, &MainWindow::onOpenProject);
     connect(m_welcome, &Welcome::openFileRequested, this, &MainWindow::onOpenFile);
     connect(m_welcome, &Welcome::viewExamplesRequested, this, &MainWindow::onViewExamples);
+    connect(m_welcome, &Welcome::openDocumentationRequested, this,
             &MainWindow::onOpenDocumentation);
     connect(m_welcome, &Welcome::openRecentProjectRequested, this,
             &MainWindow::onOpenRecentProject);

@@ -37,6 +37,7 @@ class SnippetManager;
 class StatusLine;
 class WelcomePage;
 class Workspace;
+class QUrl;
 struct FileEdits;
 
 // Every command of the user goes through one of the slots, which hands it to the class whose
@@ -157,6 +158,15 @@ public slots:
     void onCommandSelected(const QString &name);
     void onCommandDoubleClicked(const QString &name);
 
+    // --- help (mainwindow_help.cpp) ---
+    void onHelp();
+    void onOpenDocumentation();
+    void onShortcutsGuide();
+    void onTemplateLibrary();
+    void onCheckUpdate();
+    void onChangelog();
+    void onAbout();
+
     // To be called after every change of what commands depend on.
     void updateActions();
     void updateAutoSaveTimer();
@@ -188,6 +198,7 @@ private:
     void insertInEditor(const QString &text);
     void showTool(QDialog *tool);
     void showSettings(SettingsDialog::Page page);
+    void showUpdate(const QString &version, const QUrl &page, const QString &notes);
     bool hasActiveRun() const;
 
     SettingsStore &m_settings;

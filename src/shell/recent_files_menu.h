@@ -5,6 +5,7 @@
 
 #include <QObject>
 
+class QAction;
 class QMenu;
 
 // Entries stand ahead of what the menu holds already. The store must outlive it.

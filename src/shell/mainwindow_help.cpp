@@ -1,0 +1,90 @@
+// The help of the main window.
+#include "shell/mainwindow.h"
+
+#include "shell/about_dialog.h"
+#include "shell/action_set.h"
+#include "shell/changelog_dialog.h"
+#include "shell/editor_tabs.h"
+#include "shell/help_window.h"
+#include "shell/shortcuts_guide.h"
+#include "shell/template_library.h"
+#include "shell/update_check.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QUrl>
+
+namespace {
+
+const char updateTitle[] = "检查更新";
+
+} // namespace
+
+void MainWindow::onHelp()
+{
+    showTool(new HelpWindow(this));
+}
+
+void MainWindow::onOpenDocumentation()
+{
+    onHelp();
+}
+
+void MainWindow::onShortcutsGuide()
+{
+    showTool(new ShortcutsGuide(m_actions->actions(), this));
+}
+
+void MainWindow::onTemplateLibrary()
+{
+    auto *library = new TemplateLibrary(this);
+    connect(library, &TemplateLibrary::insertRequested, this, &MainWindow::insertInEditor);
+    connect(library, &TemplateLibrary::newFileRequested, this,
+            [this](const QString &source) { m_tabs->openUntitled(source)->setFocus(); });
+    showTool(library);
+}
+
+void MainWindow::onCheckUpdate()
+{
+    auto *check = new UpdateCheck(updateAddress(), this);
+    const QString title = QString::fromUtf8(updateTitle);
+    connect(check, &UpdateCheck::upToDate, this, [this, title](const QString &version) {
+        QMessageBox::information(this, title,
+                                 QStringLiteral("当前已是最新版本（%1）。").arg(version));
+    });
+    connect(check, &UpdateCheck::failed, this,
+            [this, title](const QString &message) { QMessageBox::warning(this, title, message); });
+    connect(check, &UpdateCheck::newerFound, this, &MainWindow::showUpdate);
+    for (auto ended : {&UpdateCheck::upToDate, &UpdateCheck::failed})
+        connect(check, ended, check, &QObject::deleteLater);
+    connect(check, &UpdateCheck::newerFound, check, &QObject::deleteLater);
+    check->check();
+}
+
+void MainWindow::showUpdate(const QString &version, const QUrl &page, const QString &notes)
+{
+    QMessageBox box(QMessageBox::Information, QString::fromUtf8(updateTitle),
+                    QStringLiteral("有新版本 %1，当前版本是 %2。")
+                        .arg(version, QCoreApplication::applicationVersion()),
+                    QMessageBox::NoButton, this);
+    box.setInformativeText(notes);
+    const QPushButton *open = nullptr;
+    if (page.isValid())
+        open = box.addButton(QStringLiteral("打开下载页面"), QMessageBox::AcceptRole);
+    box.setEscapeButton(box.addButton(QStringLiteral("关闭"), QMessageBox::RejectRole));
+    box.exec();
+    if (open && box.clickedButton() == open)
+        QDesktopServices::openUrl(page);
+}
+
+void MainWindow::onChangelog()
+{
+    showTool(new ChangelogDialog(this));
+}
+
+void MainWindow::onAbout()
+{
+    AboutDialog(this).exec();
+}
