@@ -91,7 +91,7 @@ void CodeEditor::setFilePath(const QString &path)
 
 QString CodeEditor::title() const
 {
-    return m_filePath.isEmpty() ? QStringLiteral("未命名(未保存)")
+    return m_filePath.isEmpty() ? m_untitledName + QStringLiteral("(未保存)")
                                 : QFileInfo(m_filePath).fileName();
 }
 

@@ -54,8 +54,10 @@ public:
     QString text() const;
     QString filePath() const { return m_filePath; }
     void setFilePath(const QString &path);
-    // The name of the file; "未命名(未保存)" without one.
+    // The name of the file; without one the untitled name, "未命名" at first, with "(未保存)".
     QString title() const;
+    QString untitledName() const { return m_untitledName; }
+    void setUntitledName(const QString &name) { m_untitledName = name; }
     // For those who know of no more than a widget.
     bool isCodeEditor() const { return true; }
 
@@ -201,6 +203,7 @@ private:
     QList<QTextEdit::ExtraSelection> bracketSelections() const;
 
     QString m_filePath;
+    QString m_untitledName = QStringLiteral("未命名");
     std::array<QList<QTextEdit::ExtraSelection>, layerCount> m_selections;
     LineNumberArea *m_lineNumberArea;
     EditorCompletion *m_completion;

@@ -52,7 +52,7 @@ QHash<QString, RecoveredText> DocumentGuard::changedTexts() const
     for (const CodeEditor *editor : m_tabs.modifiedEditors()) {
         RecoveredText text;
         text.path = editor->filePath();
-        text.title = m_tabs.titleOf(editor);
+        text.title = editor->title();
         text.text = editor->text();
         text.cursorPosition = editor->textCursor().position();
         texts.insert(idOf(editor), text);
@@ -112,8 +112,7 @@ void DocumentGuard::reload(const QString &path)
         return;
     }
     m_tabs.reload(editor, read);
-    emit noticeGiven(
-        QStringLiteral("文件已被其他程序修改，已重新读取: %1").arg(m_tabs.titleOf(editor)));
+    emit noticeGiven(QStringLiteral("文件已被其他程序修改，已重新读取: %1").arg(editor->title()));
 }
 
 void DocumentGuard::ask(const QList<ExternalChange> &changes)

@@ -2,6 +2,7 @@
 
 #include "editor/syntax_highlighter.h"
 #include "settings/settings_store.h"
+#include "shell/stored_fonts.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -54,8 +55,7 @@ void replaceText(CodeEditor &editor, const QString &text)
 EditorSettings EditorSettings::stored(const SettingsStore &store)
 {
     EditorSettings settings;
-    settings.font.setFamily(store.get(Setting::Editor::fontFamily));
-    settings.font.setPointSize(store.get(Setting::Editor::fontSize));
+    settings.font = StoredFonts::editor(store);
     settings.indentation.width = store.get(Setting::Editor::tabWidth);
     settings.colors = SyntaxColors::stored(store);
     settings.backgroundImage = store.get(Setting::Editor::backgroundImage);
@@ -120,13 +120,6 @@ CodeEditor *EditorTabs::editorOf(const QString &path) const
     return nullptr;
 }
 
-QString EditorTabs::titleOf(const CodeEditor *editor) const
-{
-    return editor->filePath().isEmpty()
-               ? m_files.value(editor).untitledName + QStringLiteral("(未保存)")
-               : QFileInfo(editor->filePath()).fileName();
-}
-
 bool EditorTabs::isSourceFile(const QString &path)
 {
     static const QStringList suffixes{QStringLiteral("vc"),  QStringLiteral("vpp"),
@@ -157,9 +150,10 @@ CodeEditor *EditorTabs::open(const QString &path)
 
 CodeEditor *EditorTabs::openUntitled(const QString &text)
 {
-    OpenFile file;
-    file.untitledName = QStringLiteral("未命名%1.vc").arg(++m_untitledCount);
-    return addEditor(QString(), text, file);
+    CodeEditor *editor = addEditor(QString(), text, {});
+    editor->setUntitledName(QStringLiteral("未命名%1.vc").arg(++m_untitledCount));
+    showTitle(editor);
+    return editor;
 }
 
 CodeEditor *EditorTabs::openRecovered(const QString &path, const QString &text)
@@ -183,7 +177,6 @@ CodeEditor *EditorTabs::openRecovered(const QString &path, const QString &text)
 CodeEditor *EditorTabs::addEditor(const QString &path, const QString &text, OpenFile file)
 {
     auto *editor = new CodeEditor(this);
-    editor->setProperty("codeEditor", true);
     editor->setFilePath(path);
     editor->setPlainText(text);
     editor->document()->setModified(false);
@@ -229,6 +222,7 @@ void EditorTabs::style(CodeEditor *editor)
     own.lineNumber = colors[Setting::Color::LineNumber];
     own.text = colors[Setting::Color::Text];
     editor->setColors(own);
+    editor->setCompletionColors(colors);
     editor->setCodeFont(m_settings.font);
     editor->setIndentation(m_settings.indentation);
     editor->setBackgroundImage(m_settings.backgroundImage, m_settings.backgroundOpacity);
@@ -257,7 +251,7 @@ void EditorTabs::showTitle(CodeEditor *editor)
     const int index = indexOf(editor);
     if (index < 0)
         return;
-    const QString title = titleOf(editor);
+    const QString title = editor->title();
     const bool isModified = editor->document()->isModified();
     setTabText(index, QString(title).replace(QLatin1Char('&'), QLatin1String("&&")) +
                           (isModified ? QStringLiteral(" ●") : QString()));
@@ -290,7 +284,7 @@ bool EditorTabs::save(CodeEditor *editor)
 bool EditorTabs::saveAs(CodeEditor *editor)
 {
     const QString start =
-        editor->filePath().isEmpty() ? m_files.value(editor).untitledName : editor->filePath();
+        editor->filePath().isEmpty() ? editor->untitledName() : editor->filePath();
     const QString path = QFileDialog::getSaveFileName(window(), QStringLiteral("另存为"), start,
                                                       QString::fromUtf8(sourceFilter));
     if (path.isEmpty())
@@ -337,7 +331,7 @@ bool EditorTabs::mayClose(CodeEditor *editor)
         return true;
     setCurrentWidget(editor);
     QMessageBox box(QMessageBox::Question, QStringLiteral("保存修改"),
-                    QStringLiteral("文件“%1”已修改，是否保存？").arg(titleOf(editor)),
+                    QStringLiteral("文件“%1”已修改，是否保存？").arg(editor->title()),
                     QMessageBox::NoButton, window());
     QPushButton *save = box.addButton(QStringLiteral("保存"), QMessageBox::AcceptRole);
     QPushButton *discard = box.addButton(QStringLiteral("不保存"), QMessageBox::DestructiveRole);

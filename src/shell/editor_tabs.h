@@ -45,7 +45,6 @@ public:
     CodeEditor *editorOf(const QString &path) const;
     QList<CodeEditor *> editors() const;
     QList<CodeEditor *> modifiedEditors() const;
-    QString titleOf(const CodeEditor *editor) const;
     static bool isSourceFile(const QString &path);
 
     // Untitled files ask for a name. False when the user gave up or it failed.
@@ -84,7 +83,6 @@ private:
     struct OpenFile
     {
         TextForm form;
-        QString untitledName;
         SyntaxHighlighter *highlighter = nullptr;
     };
 

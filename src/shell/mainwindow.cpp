@@ -26,6 +26,7 @@
 #include "shell/session_keeper.h"
 #include "shell/snippet_manager.h"
 #include "shell/status_line.h"
+#include "shell/stored_fonts.h"
 #include "shell/welcome_page.h"
 #include "shell/window_state.h"
 #include "shell/workspace.h"
@@ -33,10 +34,10 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QFontDatabase>
 #include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
+#include <QToolBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -83,6 +84,8 @@ MainWindow::MainWindow(SettingsStore &settings)
     fillDocks();
     m_actions->fillMenuBar(*this);
     m_actions->fillToolBars(*this);
+    // Of no use before a design is open.
+    findChild<QToolBar *>(QStringLiteral("DesignToolBar"))->hide();
     m_recentFiles =
         new RecentFilesMenu(m_actions->menu(QStringLiteral("menuRecentFiles")), settings);
     connect(m_recentFiles, &RecentFilesMenu::fileChosen, this, &MainWindow::onRecentFile);
@@ -288,12 +291,7 @@ void MainWindow::updateActions()
 void MainWindow::applySettings()
 {
     m_tabs->applySettings(EditorSettings::stored(m_settings));
-    QFont output = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-    const QString family = m_settings.get(Setting::Compiler::outputFontFamily);
-    if (!family.isEmpty())
-        output.setFamily(family);
-    output.setPointSize(m_settings.get(Setting::Compiler::outputFontSize));
-    m_output->setOutputFont(output);
+    m_output->setOutputFont(StoredFonts::compilerOutput(m_settings));
     m_assist->refresh();
     updateAutoSaveTimer();
 }
@@ -312,7 +310,9 @@ void MainWindow::onAutoSave()
 void MainWindow::attachFrame(FramelessMainWindow &frame)
 {
     m_frame = &frame;
-    WindowState(m_settings, DockLayout::version).restore(frame, *this);
+    // Docks take their sizes only in a window that is shown.
+    if (!WindowState(m_settings, DockLayout::version).restore(frame, *this))
+        QTimer::singleShot(0, this, &MainWindow::onResetLayout);
     syncViewMenuCheckStates();
     connect(&frame, &FramelessMainWindow::skinMenuRequested, this, [this](const QPoint &place) {
         SchemeMenu menu(m_settings);

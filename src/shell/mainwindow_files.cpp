@@ -127,14 +127,14 @@ void MainWindow::onSave()
 {
     CodeEditor *editor = m_tabs->currentEditor();
     if (editor && m_tabs->save(editor))
-        m_status->showMessage(QStringLiteral("已保存: %1").arg(m_tabs->titleOf(editor)));
+        m_status->showMessage(QStringLiteral("已保存: %1").arg(editor->title()));
 }
 
 void MainWindow::onSaveAs()
 {
     CodeEditor *editor = m_tabs->currentEditor();
     if (editor && m_tabs->saveAs(editor))
-        m_status->showMessage(QStringLiteral("已保存: %1").arg(m_tabs->titleOf(editor)));
+        m_status->showMessage(QStringLiteral("已保存: %1").arg(editor->title()));
 }
 
 // Untitled files are the user's to name; nobody is asked here.

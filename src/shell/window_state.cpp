@@ -17,12 +17,12 @@ void WindowState::save(const FramelessMainWindow &frame, const QMainWindow &wind
     m_store.set(Keys::windowHeight, size.height());
 }
 
-void WindowState::restore(FramelessMainWindow &frame, QMainWindow &window) const
+bool WindowState::restore(FramelessMainWindow &frame, QMainWindow &window) const
 {
     frame.resize(m_store.get(Keys::windowWidth), m_store.get(Keys::windowHeight));
     const QByteArray geometry = m_store.get(Keys::geometry);
     if (!geometry.isEmpty() && !frame.restoreFrame(geometry))
         qWarning("Invalid geometry data detected, it is ignored");
-    if (m_store.get(Keys::dockLayoutVersion) == m_dockLayoutVersion)
-        window.restoreState(m_store.get(Keys::state));
+    return m_store.get(Keys::dockLayoutVersion) == m_dockLayoutVersion &&
+           window.restoreState(m_store.get(Keys::state));
 }

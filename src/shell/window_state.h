@@ -17,8 +17,8 @@ public:
 
     void save(const FramelessMainWindow &frame, const QMainWindow &window);
     // To be called when all docks and tool bars are made. Without a valid geometry the frame only
-    // gets its last size.
-    void restore(FramelessMainWindow &frame, QMainWindow &window) const;
+    // gets its last size. Tells whether docks and tool bars lie as they did.
+    bool restore(FramelessMainWindow &frame, QMainWindow &window) const;
 
 private:
     SettingsStore &m_store;
