@@ -304,6 +304,17 @@ bool CodeEditor::runShortcut(const QKeyEvent &event)
 }
 
 // Return, Tab, Backtab and the signs that come in pairs.
+// To the first character that is no blank, and from there to the first of all.
+void CodeEditor::moveToLineStart(bool keepsAnchor)
+{
+    QTextCursor cursor = textCursor();
+    const int indentation = leadingLength(cursor.block().text());
+    const int column = cursor.positionInBlock() == indentation ? 0 : indentation;
+    cursor.setPosition(cursor.block().position() + column,
+                       keepsAnchor ? QTextCursor::KeepAnchor : QTextCursor::MoveAnchor);
+    setTextCursor(cursor);
+}
+
 bool CodeEditor::runEditingKey(const QKeyEvent &event)
 {
     const auto modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
@@ -313,6 +324,9 @@ bool CodeEditor::runEditingKey(const QKeyEvent &event)
     case Qt::Key_Return:
     case Qt::Key_Enter:
         insertLineBreak();
+        return true;
+    case Qt::Key_Home:
+        moveToLineStart(isShifted);
         return true;
     case Qt::Key_Backtab:
     case Qt::Key_Tab:

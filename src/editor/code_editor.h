@@ -88,7 +88,7 @@ public:
     void paintLineNumbers(QPaintEvent *event);
     void pressLineNumberArea(QMouseEvent *event);
 
-    // The entries of the context menu; the caller owns it.
+    // The entries of the context menu, the widget's own actions behind them; the caller owns it.
     [[nodiscard]] QMenu *createContextMenu();
 
     // What lies over the text: a layer covers those named before it.
@@ -190,6 +190,7 @@ private:
     void apply(const TypingRules::Change &change, int start);
     bool runShortcut(const QKeyEvent &event);
     bool runEditingKey(const QKeyEvent &event);
+    void moveToLineStart(bool keepsAnchor);
     void insertLineBreak();
     bool convertsAfter(const QString &text) const;
     void typeText(const QString &text, const std::function<void()> &insert);

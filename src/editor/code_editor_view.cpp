@@ -1,6 +1,8 @@
 // How the code editor looks: margin, highlights, font, background, context menu.
 #include "editor/code_editor.h"
 
+#include "editor/code_templates.h"
+
 #include "editor/bracket_match.h"
 #include "editor/line_number_area.h"
 
@@ -276,6 +278,13 @@ QMenu *CodeEditor::createContextMenu()
     add("多行注释(&B)", keys("Ctrl+Shift+/"), &CodeEditor::toggleBlockComment, canEdit);
     menu->addSeparator();
     add("切换书签(&M)", keys("Ctrl+F2"), &CodeEditor::toggleBookmark, true);
+    QMenu *wrap = menu->addMenu(QStringLiteral("用语句包围(&W)"));
+    wrap->setEnabled(canEdit && hasSelection);
+    for (const QString &word : CodeTemplates::wrapWords())
+        wrap->addAction(word, this, [this, word] { wrapSelection(word); });
+    if (!actions().isEmpty())
+        menu->addSeparator();
+    menu->addActions(actions());
     return menu;
 }
 

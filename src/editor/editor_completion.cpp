@@ -36,7 +36,9 @@ EditorCompletion::EditorCompletion(CodeEditor *editor)
     connect(&m_delay, &QTimer::timeout, editor, &CodeEditor::updateAutoComplete);
     connect(&m_commandDelay, &QTimer::timeout, this, &EditorCompletion::reportCommand);
     connect(editor, &CodeEditor::textChanged, this, [this] {
-        m_delay.start();
+        // What others do to the text is no typing.
+        if (m_editor->hasFocus())
+            m_delay.start();
         m_staleCheck.start();
     });
     connect(editor, &CodeEditor::cursorPositionChanged, this, [this] {

@@ -3,9 +3,9 @@
 #include "driver/build_messages.h"
 #include "shell/build_texts.h"
 #include "shell/running_image.h"
+#include "shell/trace_file.h"
 
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 
@@ -18,15 +18,10 @@ namespace {
 constexpr int shutdownLimit = 4000; // milliseconds
 // More than anybody reads; each costs the list time.
 constexpr int maxIssues = 500;
-constexpr qint64 maxTraceBytes = 1024 * 1024;
 
-// For whoever looks for the reason of a strange build.
 void trace(const char *step)
 {
-    QFile file(QDir::tempPath() + QLatin1String("/vl_run_trace.txt"));
-    const auto mode = file.size() < maxTraceBytes ? QIODevice::Append : QIODevice::Truncate;
-    if (file.open(QIODevice::WriteOnly | mode))
-        file.write(QByteArray(step) + '\n');
+    TraceFile::append(TraceFile::buildSteps, QString::fromLatin1(step));
 }
 
 // The lines of a failed build's last words that tell something.

@@ -5,6 +5,7 @@
 #include "shell/breakpoint_keeper.h"
 #include "shell/build_choices.h"
 #include "shell/editor_tabs.h"
+#include "shell/trace_file.h"
 #include "shell/workspace.h"
 
 #include <QComboBox>
@@ -79,9 +80,14 @@ void BuildTarget::resetConfiguration()
 
 QStringList BuildTarget::saveAllFilesBeforeBuild()
 {
+    TraceFile::append(
+        TraceFile::saving,
+        QStringLiteral("saving %1 files before a build").arg(m_tabs.modifiedEditors().size()));
     QStringList failures = m_tabs.saveModified();
     if (m_projects.hasOpenProject() && m_projects.isModified() && !m_projects.saveProject())
         failures << m_projects.lastError();
+    for (const QString &failure : qAsConst(failures))
+        TraceFile::append(TraceFile::saving, failure);
     return failures;
 }
 

@@ -194,6 +194,10 @@ void MainWindow::followEditor(CodeEditor *editor)
     connect(editor, &CodeEditor::findRequested, this, &MainWindow::onFind);
     connect(editor, &CodeEditor::replaceRequested, this, &MainWindow::onReplace);
     connect(editor, &CodeEditor::commandHelpRequested, this, &MainWindow::onCommandSelected);
+    // For its context menu.
+    for (const char *name : {"actionGotoDefinition", "actionFindUsages", "actionRename",
+                             "actionFormatVcFile", "actionToggleBreakpoint"})
+        editor->addAction(m_actions->action(QString::fromLatin1(name)));
     connect(editor, &CodeEditor::undoAvailable, this, &MainWindow::updateActions);
     connect(editor, &CodeEditor::redoAvailable, this, &MainWindow::updateActions);
 }
@@ -242,10 +246,15 @@ void MainWindow::followProject()
 
 void MainWindow::showTitle()
 {
-    const QString title = QString::fromUtf8(plainTitle);
-    setWindowTitle(m_projects->hasOpenProject()
-                       ? QStringLiteral("%1 - %2").arg(m_projects->currentProject().name, title)
-                       : title);
+    QString title = QString::fromUtf8(plainTitle);
+    if (m_projects->hasOpenProject())
+        title.prepend(m_projects->currentProject().name + QStringLiteral(" - "));
+    const bool isModified = !m_tabs->modifiedEditors().isEmpty();
+    // Where the mark of unsaved changes stands.
+    if (isModified)
+        title += QStringLiteral("[*]");
+    setWindowTitle(title);
+    setWindowModified(isModified);
 }
 
 // What the last check found. While a build lists its own problems they stay.

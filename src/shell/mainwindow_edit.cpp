@@ -173,6 +173,6 @@ void MainWindow::onCodeModified()
     for (const CodeEditor *editor : m_tabs->modifiedEditors())
         modified.insert(editor->filePath());
     m_tree->setModifiedFiles(modified);
-    setWindowModified(!modified.isEmpty());
+    showTitle();
     updateActions();
 }

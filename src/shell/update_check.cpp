@@ -74,14 +74,22 @@ void UpdateCheck::read(QNetworkReply *reply)
     m_isChecking = false;
     reply->deleteLater();
     if (reply->error() != QNetworkReply::NoError) {
-        emit failed(QStringLiteral("无法连接更新服务器，请检查网络后再试。"));
+        emit failed(QStringLiteral("无法获取服务器版本信息：请检查网络后再试（%1）。")
+                        .arg(reply->errorString()));
         return;
     }
-    const QJsonObject answer = QJsonDocument::fromJson(reply->readAll()).object();
+    const QJsonDocument document = QJsonDocument::fromJson(reply->readAll());
+    if (!document.isObject()) {
+        emit failed(QStringLiteral("服务器返回的数据无效（非 JSON）。"));
+        return;
+    }
+    const QJsonObject answer = document.object();
     const QString version = answer.value(QStringLiteral("version")).toString();
     const QString current = QCoreApplication::applicationVersion();
-    if (numberOf(version).isNull())
-        emit failed(QStringLiteral("更新服务器的回答看不懂，请稍后再试。"));
+    if (version.isEmpty())
+        emit failed(QStringLiteral("服务器未提供 version 字段。"));
+    else if (numberOf(version).isNull())
+        emit failed(QStringLiteral("服务器版本号格式无效：%1").arg(version));
     else if (isNewerVersion(version, current))
         emit newerFound(version, webPage(answer.value(QStringLiteral("url")).toString()),
                         answer.value(QStringLiteral("notes")).toString());

@@ -219,9 +219,9 @@ void CodeEditorTest::menuFollowsTheSelection()
     EditorKeys::load(editor, QStringLiteral("甲|"));
     QCOMPARE(enabled(), QStringLiteral("AFH/BM"));
     EditorKeys::load(editor, QStringLiteral("^甲|"));
-    QCOMPARE(enabled(), QStringLiteral("TCDAFH/BM"));
+    QCOMPARE(enabled(), QStringLiteral("TCDAFH/BMW"));
     EditorKeys::press(editor, QStringLiteral("乙"));
-    QCOMPARE(enabled(), QStringLiteral("UAFH/BM"));
+    QCOMPARE(enabled(), QStringLiteral("UAFH/BMW"));
     editor.setReadOnly(true);
     QCOMPARE(enabled(), QStringLiteral("UAFM"));
 }
