@@ -1,5 +1,7 @@
 #include "editor/color_schemes.h"
 
+#include "settings/settings_store.h"
+
 #include <QDebug>
 #include <QDir>
 #include <QFile>
@@ -57,4 +59,20 @@ const ColorScheme *findColorScheme(const QString &name)
     const auto found = std::find_if(schemes.cbegin(), schemes.cend(),
                                     [&name](const ColorScheme &s) { return s.name == name; });
     return found == schemes.cend() ? nullptr : &*found;
+}
+
+void useColorScheme(SettingsStore &store, const ColorScheme &scheme)
+{
+    store.set(Setting::Editor::colorScheme, scheme.name);
+    for (const Setting::ColorKey &key : Setting::colors)
+        store.set(key.color, scheme.colors[key.color].name());
+}
+
+void useDefaultColorScheme(SettingsStore &store)
+{
+    const QString wanted = store.get(Setting::Editor::defaultColorScheme);
+    const ColorScheme *scheme =
+        wanted == store.get(Setting::Editor::colorScheme) ? nullptr : findColorScheme(wanted);
+    if (scheme)
+        useColorScheme(store, *scheme);
 }

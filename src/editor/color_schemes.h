@@ -18,3 +18,9 @@ const QList<ColorScheme> &colorSchemes();
 
 // Null if there is no scheme of that name.
 const ColorScheme *findColorScheme(const QString &name);
+
+// Makes the scheme the one in use, with all of its colours. The caller saves the store.
+void useColorScheme(SettingsStore &store, const ColorScheme &scheme);
+// At the start: the scheme that each start begins with, if another one was in use. Colours that the
+// user changed in it stay.
+void useDefaultColorScheme(SettingsStore &store);

@@ -1,4 +1,5 @@
 // The program voreldesk: what happens before the first window and after the last.
+#include "editor/color_schemes.h"
 #include "editor/syntax_issue.h"
 #include "settings/settings_store.h"
 #include "shell/app_identity.h"
@@ -54,6 +55,7 @@ void loadTranslation(QApplication &application, QTranslator &translator)
 
 int runWindow(SettingsStore &settings, const QString &fileToOpen)
 {
+    useDefaultColorScheme(settings);
     FramelessMainWindow frame;
     auto *window = new MainWindow(settings);
     frame.setContent(window);

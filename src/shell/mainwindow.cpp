@@ -334,6 +334,7 @@ void MainWindow::restoreSession()
 {
     m_session->restore();
     m_guard->offerRecovered();
+    showNewsOfUpdate();
 }
 
 void MainWindow::closeEvent(QCloseEvent *event)

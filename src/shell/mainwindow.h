@@ -198,6 +198,7 @@ private:
     void insertInEditor(const QString &text);
     void showTool(QDialog *tool);
     void showSettings(SettingsDialog::Page page);
+    void showNewsOfUpdate();
     void showUpdate(const QString &version, const QUrl &page, const QString &notes);
     bool hasActiveRun() const;
 

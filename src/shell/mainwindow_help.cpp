@@ -1,6 +1,7 @@
 // The help of the main window.
 #include "shell/mainwindow.h"
 
+#include "settings/settings_store.h"
 #include "shell/about_dialog.h"
 #include "shell/action_set.h"
 #include "shell/changelog_dialog.h"
@@ -82,6 +83,18 @@ void MainWindow::showUpdate(const QString &version, const QUrl &page, const QStr
 void MainWindow::onChangelog()
 {
     showTool(new ChangelogDialog(this));
+}
+
+// Once for each version; who uses VorelDesk for the first time has other things to look at.
+void MainWindow::showNewsOfUpdate()
+{
+    const QString shown = m_settings.get(Setting::General::changelogWelcomeShown);
+    const QString version = QCoreApplication::applicationVersion();
+    if (shown == version)
+        return;
+    m_settings.set(Setting::General::changelogWelcomeShown, version);
+    if (!shown.isEmpty())
+        onChangelog();
 }
 
 void MainWindow::onAbout()

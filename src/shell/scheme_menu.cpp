@@ -16,12 +16,8 @@ SchemeMenu::SchemeMenu(SettingsStore &settings, QWidget *parent) : QMenu(parent)
         action->setChecked(scheme.name == current);
         group->addAction(action);
         connect(action, &QAction::triggered, this, [this, &settings, &scheme] {
-            settings.set(Setting::Editor::colorScheme, scheme.name);
+            useColorScheme(settings, scheme);
             settings.set(Setting::Editor::defaultColorScheme, scheme.name);
-            for (int i = 0; i < Setting::colorCount; ++i) {
-                const auto color = Setting::Color(i);
-                settings.set(color, scheme.colors[color].name());
-            }
             emit schemeChosen(scheme.name);
         });
     }
