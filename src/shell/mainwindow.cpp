@@ -65,7 +65,7 @@ MainWindow::MainWindow(SettingsStore &settings)
       m_assist(new CodeAssist(*m_tabs, *m_workspace, *m_projects, settings, this)),
       m_breakpoints(new BreakpointKeeper(*m_tabs, *m_projects, this)),
       m_guard(new DocumentGuard(*m_tabs, *m_projects, this)),
-      m_session(std::make_unique<SessionKeeper>(*m_tabs, *m_projects, settings.path())),
+      m_session(new SessionKeeper(*m_tabs, *m_projects, settings.path(), this)),
       m_autoSave(new AutoSave(settings, this)),
       m_target(new BuildTarget(*m_tabs, *m_projects, *m_workspace, *m_breakpoints, settings, this)),
       m_build(new BuildFlow(*m_target, this)),
@@ -350,7 +350,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
     if (m_frame)
         WindowState(m_settings, DockLayout::version).save(*m_frame, *this);
     QString error;
-    if (!m_session->save(session) || !m_settings.save(&error))
+    if (!m_session->finish(session) || !m_settings.save(&error))
         qWarning("cannot keep session or settings: %s", qUtf8Printable(error));
     m_build->shutdown();
     event->accept();

@@ -190,6 +190,7 @@ private:
 
     bool openProject(const QString &projectFile);
     void showMainSource();
+    void activateProjectOf(const QString &path);
     bool closeActiveProject();
     void goTo(const QString &path, int line, int column = 0);
     void rememberPlace();
@@ -221,7 +222,7 @@ private:
     CodeAssist *m_assist;
     BreakpointKeeper *m_breakpoints;
     DocumentGuard *m_guard;
-    std::unique_ptr<SessionKeeper> m_session;
+    SessionKeeper *m_session;
     AutoSave *m_autoSave;
     BuildTarget *m_target;
     BuildFlow *m_build;

@@ -149,6 +149,8 @@ void MainWindow::onFormatCurrentVcFile()
 void MainWindow::onTabChanged()
 {
     CodeEditor *editor = m_tabs->currentEditor();
+    if (editor)
+        activateProjectOf(editor->filePath());
     m_findBar->setEditor(editor);
     m_outline->setSymbols(editor ? m_assist->symbolsOf(editor->filePath()) : CodeSymbols());
     if (editor) {

@@ -61,6 +61,18 @@ void MainWindow::showMainSource()
         m_tabs->open(m_workspace->absolutePath(project.sourceFiles.first()));
 }
 
+// What is built and checked is what the user looks at.
+void MainWindow::activateProjectOf(const QString &path)
+{
+    const QString canonical = QFileInfo(path).canonicalFilePath();
+    const QString active = m_projects->projectFile();
+    for (const QString &folder : m_projects->openProjects()) {
+        if (canonical.startsWith(folder + QLatin1Char('/')) &&
+            m_projects->projectFileOf(folder) != active)
+            m_projects->activateProject(folder);
+    }
+}
+
 void MainWindow::onNewProject()
 {
     NewProjectDialog dialog(m_settings, this);

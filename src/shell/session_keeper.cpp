@@ -9,9 +9,35 @@
 #include <algorithm>
 
 SessionKeeper::SessionKeeper(EditorTabs &tabs, ProjectManager &projects,
-                             const QString &settingsFile)
-    : m_tabs(tabs), m_projects(projects), m_store(SessionStore::pathBeside(settingsFile))
-{}
+                             const QString &settingsFile, QObject *parent)
+    : QObject(parent),
+      m_tabs(tabs),
+      m_projects(projects),
+      m_store(SessionStore::pathBeside(settingsFile))
+{
+    constexpr int restTime = 2000; // milliseconds
+    m_rest.setSingleShot(true);
+    m_rest.setInterval(restTime);
+    connect(&m_rest, &QTimer::timeout, this, [this] {
+        if (!m_store.save(current()))
+            qWarning("the session cannot be kept");
+    });
+    connect(&tabs, &EditorTabs::currentEditorChanged, this, &SessionKeeper::noteChange);
+    connect(&projects, &ProjectManager::activeProjectChanged, this, &SessionKeeper::noteChange);
+}
+
+void SessionKeeper::noteChange()
+{
+    if (m_isKeeping)
+        m_rest.start();
+}
+
+bool SessionKeeper::finish(const Session &session)
+{
+    m_isKeeping = false;
+    m_rest.stop();
+    return m_store.save(session);
+}
 
 void SessionKeeper::restore()
 {
@@ -28,6 +54,7 @@ void SessionKeeper::restore()
         m_tabs.setCurrentWidget(active);
         active->setFocus();
     }
+    m_isKeeping = true;
 }
 
 void SessionKeeper::restoreFile(const SessionFile &file)
