@@ -12,7 +12,6 @@
 #include "shell/start_arguments.h"
 
 #include <QApplication>
-#include <QDateTime>
 #include <QLibraryInfo>
 #include <QTimer>
 #include <QTranslator>
@@ -28,15 +27,6 @@ int refuse(const QString &reason)
 {
     std::fprintf(stderr, "%s\n", qUtf8Printable(reason));
     return 2;
-}
-
-void beginLog(LogFile &log)
-{
-    log.write(QStringLiteral("INFO: VorelDesk main() logging init, logPath=%1, time=%2")
-                  .arg(log.path(), QDateTime::currentDateTime().toString(Qt::ISODate)));
-    log.write(
-        QStringLiteral("INFO: to look into a hang or a crash, attach a debugger to process %1")
-            .arg(QCoreApplication::applicationPid()));
 }
 
 // The texts of Qt's own dialogs. Beside the program, or where Qt keeps them.
@@ -88,7 +78,6 @@ int main(int argc, char **argv)
     // Told ahead of the log, whose second place is in the folder of that name.
     AppIdentity::apply();
     LogFile log;
-    beginLog(log);
     QTranslator translator;
     loadTranslation(application, translator);
     applyDarkTheme(application);
