@@ -12,7 +12,7 @@ namespace {
 
 // Of a window at its usual size, in logical pixels.
 constexpr int sideWidth = 250;
-constexpr int outputHeight = 210;
+constexpr int outputHeight = 260;
 
 Qt::DockWidgetArea areaOf(const QString &word)
 {
