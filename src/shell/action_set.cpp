@@ -1,5 +1,7 @@
 #include "shell/action_set.h"
 
+#include "shell/tool_bars.h"
+
 #include <QAction>
 #include <QDebug>
 #include <QFile>
@@ -140,6 +142,7 @@ void ActionSet::fillToolBars(QMainWindow &window)
         QToolBar *bar = window.addToolBar(text(row, "title"));
         bar->setObjectName(text(row, "name"));
         bar->setIconSize(QSize(toolBarIcon, toolBarIcon));
+        nameExtension(*bar);
         const QJsonArray items = row.value(QLatin1String("items")).toArray();
         for (const QJsonValue &item : items) {
             const QString label = text(item.toObject(), "text");

@@ -5,6 +5,7 @@
 #include "shell/issue_filter_bar.h"
 #include "shell/output_text_edit.h"
 #include "shell/search_results_widget.h"
+#include "shell/tool_bars.h"
 
 #include <QAction>
 #include <QApplication>
@@ -90,6 +91,7 @@ void OutputPanel::createToolBar()
 {
     auto *bar = new QToolBar;
     bar->setToolButtonStyle(Qt::ToolButtonTextOnly);
+    nameExtension(*bar);
     QAction *wrap = bar->addAction(QStringLiteral("自动换行"));
     wrap->setCheckable(true);
     wrap->setToolTip(QStringLiteral("太长的行折到下一行"));
