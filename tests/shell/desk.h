@@ -26,14 +26,23 @@ inline void useFolders(const QString &folder)
     qputenv("XDG_CONFIG_HOME", (folder + QStringLiteral("/config")).toUtf8());
 }
 
-// Acts in the next dialog of the type as soon as it is open. The test fails where there is none.
+// Acts in the next dialog of the type as soon as it is open. The test fails where none comes.
 template <typename Dialog>
-void inNext(const std::function<void(Dialog *)> &act)
+void inNext(const std::function<void(Dialog *)> &act,
+            QDeadlineTimer patience = QDeadlineTimer(10000))
 {
-    QTimer::singleShot(0, qApp, [act] {
-        auto *dialog = qobject_cast<Dialog *>(QApplication::activeModalWidget());
-        QVERIFY2(dialog, Dialog::staticMetaObject.className());
-        act(dialog);
+    QTimer::singleShot(0, qApp, [act, patience] {
+        QWidget *modal = QApplication::activeModalWidget();
+        if (auto *dialog = qobject_cast<Dialog *>(modal)) {
+            act(dialog);
+        } else if (!patience.hasExpired()) {
+            QThread::msleep(1);
+            inNext(act, patience);
+        } else {
+            if (modal)
+                modal->close();
+            QFAIL(Dialog::staticMetaObject.className());
+        }
     });
 }
 
