@@ -1,5 +1,6 @@
 // Measures what a build of a large project does to the windows: the longest time in which the event
 // loop of the build flow's thread did not turn, and how soon a flooding program is stopped.
+#include "loop_watch.h"
 #include "project_source.h"
 #include "shell/build_flow.h"
 
@@ -10,7 +11,6 @@
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTextStream>
-#include <QTimer>
 
 #include <functional>
 
@@ -33,26 +33,6 @@ public:
     CompilerDebugBreakpointsMap breakpoints() override { return {}; }
 
     BuildSubject subject;
-};
-
-// Watches the loop of its thread.
-class LoopWatch : public QObject
-{
-public:
-    LoopWatch()
-    {
-        m_timer.setTimerType(Qt::PreciseTimer);
-        connect(&m_timer, &QTimer::timeout, this,
-                [this] { m_longest = qMax(m_longest, m_last.restart() - m_timer.interval()); });
-        m_last.start();
-        m_timer.start(1);
-    }
-    qint64 longest() const { return m_longest; }
-
-private:
-    QTimer m_timer;
-    QElapsedTimer m_last;
-    qint64 m_longest = 0;
 };
 
 void write(const QString &path, const QString &text)
