@@ -19,9 +19,8 @@ QString errorOf(const QRegularExpression &expression)
 {
     if (expression.isValid())
         return {};
-    return QStringLiteral("正则表达式有误，在第 %1 个字符处：%2")
-        .arg(expression.patternErrorOffset())
-        .arg(expression.errorString());
+    return QStringLiteral("正则表达式有误：第 %1 个字符附近的写法不对（比如括号没有配对）。")
+        .arg(expression.patternErrorOffset());
 }
 
 // `with` with its escapes resolved.
@@ -67,9 +66,8 @@ TextSearch::TextSearch(const QString &pattern, const SearchOptions &options)
     m_expression = QRegularExpression(QLatin1String(kStepLimit) + body, flags);
 }
 
-// Returns why the search was given up; empty: it was not.
-QString TextSearch::forEach(const QString &text, const SearchRange &range,
-                            const Visitor &visit) const
+QString TextSearch::forEach(const QString &text, const QString &with, const SearchRange &range,
+                            const Take &take) const
 {
     if (isEmpty() || !m_error.isEmpty())
         return m_error;
@@ -80,7 +78,9 @@ QString TextSearch::forEach(const QString &text, const SearchRange &range,
     while (lineStart <= end) {
         const int found = text.indexOf(QLatin1Char('\n'), lineStart);
         const int lineEnd = found < 0 ? text.size() : found;
-        auto matches = m_expression.globalMatch(QStringRef(&text, lineStart, lineEnd - lineStart));
+        const bool hasReturn = lineEnd > lineStart && text.at(lineEnd - 1) == QLatin1Char('\r');
+        const QStringRef line(&text, lineStart, lineEnd - lineStart - (hasReturn ? 1 : 0));
+        auto matches = m_expression.globalMatch(line);
         if (!matches.isValid())
             return tooComplex();
         while (matches.hasNext()) {
@@ -89,9 +89,12 @@ QString TextSearch::forEach(const QString &text, const SearchRange &range,
                 return tooComplex();
             if (!match.hasMatch())
                 break;
-            if (lineStart + match.capturedStart() >= range.begin &&
-                lineStart + match.capturedEnd() <= end)
-                visit(match, lineStart);
+            const int start = lineStart + match.capturedStart();
+            if (start < range.begin || lineStart + match.capturedEnd() > end)
+                continue;
+            if (!take({start, match.capturedLength(),
+                       m_options.isExpression ? expanded(with, match) : with}))
+                return {};
         }
         if (time.hasExpired(kTimeLimit))
             return tooComplex();
@@ -104,10 +107,10 @@ QVector<SearchHit> TextSearch::all(const QString &text, const SearchRange &range
                                    QString *error) const
 {
     QVector<SearchHit> hits;
-    const QString problem =
-        forEach(text, range, [&](const QRegularExpressionMatch &match, int lineStart) {
-            hits.append({lineStart + match.capturedStart(), match.capturedLength()});
-        });
+    const QString problem = forEach(text, QString(), range, [&hits](const SearchReplacement &hit) {
+        hits.append({hit.start, hit.length});
+        return true;
+    });
     if (error)
         *error = problem;
     return hits;
@@ -117,11 +120,10 @@ QVector<SearchReplacement> TextSearch::replacements(const QString &text, const Q
                                                     const SearchRange &range, QString *error) const
 {
     QVector<SearchReplacement> changes;
-    const QString problem =
-        forEach(text, range, [&](const QRegularExpressionMatch &match, int lineStart) {
-            changes.append({lineStart + match.capturedStart(), match.capturedLength(),
-                            m_options.isExpression ? expanded(with, match) : with});
-        });
+    const QString problem = forEach(text, with, range, [&changes](const SearchReplacement &change) {
+        changes.append(change);
+        return true;
+    });
     if (error)
         *error = problem;
     if (!problem.isEmpty())

@@ -43,7 +43,8 @@ struct SearchRange
 };
 
 // One pattern, ready for any number of texts. Lines are searched one by one, so that no hit goes
-// over the end of a line. However badly an expression behaves, a search ends after some seconds.
+// over the end of a line, which may be "\n" or "\r\n". However badly an expression behaves, a
+// search ends after some seconds.
 class TextSearch
 {
 public:
@@ -54,13 +55,20 @@ public:
     // Why the expression is none, in Chinese; empty: it is one.
     QString error() const { return m_error; }
 
+    // Receives the hits one by one, in rising order, and says whether to go on.
+    using Take = std::function<bool(const SearchReplacement &)>;
+
+    // What makes `with` of every hit within `range`. In an expression's replacement \0 to \9 are
+    // what it has captured, \n and \t a line end and a tab, \\ a backslash. Returns why the search
+    // was given up, in Chinese; empty: it was not.
+    QString forEach(const QString &text, const QString &with, const SearchRange &range,
+                    const Take &take) const;
+
     // In rising order, all of them within `range`. A search that was given up tells so in `error`
     // and returns what it had found.
     QVector<SearchHit> all(const QString &text, const SearchRange &range = {},
                            QString *error = nullptr) const;
-    // What makes `with` of every hit, in rising order. In an expression's replacement \0 to \9 are
-    // what it has captured, \n and \t a line end and a tab, \\ a backslash. A search that was given
-    // up replaces nothing.
+    // All that `forEach` tells. A search that was given up replaces nothing.
     QVector<SearchReplacement> replacements(const QString &text, const QString &with,
                                             const SearchRange &range = {},
                                             QString *error = nullptr) const;
@@ -71,10 +79,6 @@ public:
     static int previous(const QVector<SearchHit> &hits, int position);
 
 private:
-    using Visitor = std::function<void(const QRegularExpressionMatch &, int lineStart)>;
-
-    QString forEach(const QString &text, const SearchRange &range, const Visitor &visit) const;
-
     QString m_pattern;
     SearchOptions m_options;
     QRegularExpression m_expression;

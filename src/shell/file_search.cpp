@@ -1,5 +1,7 @@
 #include "shell/file_search.h"
 
+#include "shell/text_file.h"
+
 #include <QThread>
 
 namespace {
@@ -12,9 +14,9 @@ class Worker
 public:
     using Report = std::function<void(const QList<FileHit> &hits)>;
 
-    Worker(SearchPattern pattern, SearchQuery query, std::atomic_bool &isCancelled, Report report)
-        : m_pattern(std::move(pattern)),
-          m_query(std::move(query)),
+    Worker(TextSearch search, QString replacement, std::atomic_bool &isCancelled, Report report)
+        : m_search(std::move(search)),
+          m_replacement(std::move(replacement)),
           m_isCancelled(isCancelled),
           m_report(std::move(report))
     {}
@@ -22,7 +24,7 @@ public:
     SearchSummary run(const QList<SearchFile> &files)
     {
         for (const SearchFile &file : files) {
-            if (m_isCancelled || m_summary.hitLimit)
+            if (m_isCancelled || m_summary.hitLimit || !m_summary.error.isEmpty())
                 break;
             search(file);
         }
@@ -34,17 +36,19 @@ public:
 private:
     void search(const SearchFile &file)
     {
-        std::optional<QString> text = file.liveText;
-        if (!text) {
-            if (const auto read = readFileText(file.path))
-                text = read->text;
-        }
-        if (!text) {
-            m_summary.skipped << file.name;
-            return;
+        QString text;
+        if (file.liveText) {
+            text = *file.liveText;
+        } else {
+            const ReadText read = TextFile::readExactly(file.path);
+            if (!read.succeeded()) {
+                m_summary.skipped << file.name;
+                return;
+            }
+            text = read.text;
         }
         const int before = m_summary.hits;
-        searchText(file, *text, m_pattern, m_query, [this](const FileHit &hit) {
+        const auto take = [this](const FileHit &hit) {
             m_summary.hitLimit = m_summary.hits == FileSearch::maxHits;
             if (m_isCancelled || m_summary.hitLimit)
                 return false;
@@ -53,7 +57,8 @@ private:
             if (m_portion.size() == portionSize)
                 flush();
             return true;
-        });
+        };
+        m_summary.error = searchText(file, text, m_search, m_replacement, take);
         m_summary.filesWithHits += m_summary.hits > before ? 1 : 0;
     }
 
@@ -64,8 +69,8 @@ private:
         m_portion.clear();
     }
 
-    SearchPattern m_pattern;
-    SearchQuery m_query;
+    TextSearch m_search;
+    QString m_replacement;
     std::atomic_bool &m_isCancelled;
     Report m_report;
     SearchSummary m_summary;
@@ -81,6 +86,8 @@ QString SearchSummary::text() const
                        : QStringLiteral("在 %2 个文件中找到 %1 处").arg(hits).arg(filesWithHits);
     if (hitLimit)
         text += QStringLiteral("，还有更多没有列出");
+    if (!error.isEmpty())
+        text += QStringLiteral("，") + error;
     if (wasCancelled)
         text += QStringLiteral("，查找被取消");
     if (!skipped.isEmpty())
@@ -113,9 +120,11 @@ void FileSearch::cancel()
 
 QString FileSearch::start(const QList<SearchFile> &files, const SearchQuery &query)
 {
-    const SearchPattern pattern = compileSearch(query);
-    if (!pattern.error.isEmpty())
-        return pattern.error;
+    if (query.text.isEmpty())
+        return QStringLiteral("请输入要查找的内容。");
+    const TextSearch search(query.text, query.options);
+    if (!search.error().isEmpty())
+        return search.error();
     abandon();
     m_isCancelled = std::make_shared<std::atomic_bool>(false);
     // Called on the worker's thread; this object waits for that before it ends.
@@ -128,11 +137,12 @@ QString FileSearch::start(const QList<SearchFile> &files, const SearchQuery &que
             },
             Qt::QueuedConnection);
     };
-    const auto work = [this, post, files, pattern, query, isCancelled = m_isCancelled] {
+    const auto work = [this, post, files, search, with = query.replacement,
+                       isCancelled = m_isCancelled] {
         const auto report = [this, post](const QList<FileHit> &hits) {
             post([this, hits] { emit hitsFound(hits); });
         };
-        const SearchSummary summary = Worker(pattern, query, *isCancelled, report).run(files);
+        const SearchSummary summary = Worker(search, with, *isCancelled, report).run(files);
         post([this, summary] {
             m_thread->wait();
             m_thread.reset();

@@ -17,6 +17,7 @@ struct SearchSummary
     QStringList skipped; // names of files that are no text, too large or unreadable
     bool wasCancelled = false;
     bool hitLimit = false; // there are more hits than were told
+    QString error;         // why it was given up, a Chinese sentence
 
     // In Chinese, for a status line.
     QString text() const;

@@ -1,42 +1,15 @@
 #include "shell/find_in_files.h"
 
-#include "driver/output_files.h"
 #include "project/project_info.h"
+#include "shell/text_file.h"
 
 #include <QDir>
-#include <QFile>
-#include <QTextCodec>
 #include <QTextCursor>
 #include <QTextDocument>
 
 #include <algorithm>
 
 namespace {
-
-const QByteArray utf8Mark("\xEF\xBB\xBF");
-
-QTextCodec *gb18030()
-{
-    return QTextCodec::codecForName("GB18030");
-}
-
-QString expanded(const SearchQuery &query, const QRegularExpressionMatch &match)
-{
-    if (!query.isRegularExpression)
-        return query.replacement;
-    QString result;
-    const QString &form = query.replacement;
-    for (int i = 0; i < form.size(); ++i) {
-        const bool isGroup = form.at(i) == QLatin1Char('$') && i + 1 < form.size() &&
-                             form.at(i + 1) >= QLatin1Char('0') &&
-                             form.at(i + 1) <= QLatin1Char('9');
-        if (isGroup)
-            result += match.captured(form.at(++i).digitValue());
-        else
-            result += form.at(i);
-    }
-    return result;
-}
 
 QString changedError(const QString &path)
 {
@@ -52,27 +25,6 @@ bool fits(const QString &text, const QList<TextEdit> &edits)
 }
 
 } // namespace
-
-SearchPattern compileSearch(const SearchQuery &query)
-{
-    if (query.text.isEmpty())
-        return {{}, QStringLiteral("请输入要查找的内容。")};
-    QString text = query.isRegularExpression ? query.text : QRegularExpression::escape(query.text);
-    QRegularExpression::PatternOptions options = QRegularExpression::UseUnicodePropertiesOption;
-    if (!query.matchCase)
-        options |= QRegularExpression::CaseInsensitiveOption;
-    // Alone first: a mistake must not be hidden, nor its place moved, by what is put around it.
-    QRegularExpression expression(text, options);
-    if (!expression.isValid()) {
-        return {{},
-                QStringLiteral("正则表达式有误：第 %1 个字符附近的写法不对（比如括号没有配对）。")
-                    .arg(expression.patternErrorOffset())};
-    }
-    if (query.wholeWord)
-        expression.setPattern(QStringLiteral("(?<!\\w)(?:%1)(?!\\w)").arg(text));
-    expression.optimize();
-    return {expression, QString()};
-}
 
 QList<SearchFile> searchFilesOf(const VL::ProjectInfo &info,
                                 const QHash<QString, QString> &liveTexts)
@@ -91,76 +43,26 @@ QList<SearchFile> searchFilesOf(const VL::ProjectInfo &info,
     return files;
 }
 
-void searchText(const SearchFile &file, const QString &text, const SearchPattern &pattern,
-                const SearchQuery &query, const TakeHit &take)
+QString searchText(const SearchFile &file, const QString &text, const TextSearch &search,
+                   const QString &replacement, const TakeHit &take)
 {
-    int start = 0;
-    for (int line = 1; start <= text.size(); ++line) {
-        int end = text.indexOf(QLatin1Char('\n'), start);
-        end = end < 0 ? text.size() : end;
-        QString lineText = text.mid(start, end - start);
+    int line = 1;
+    int lineStart = 0;
+    return search.forEach(text, replacement, {}, [&](const SearchReplacement &found) {
+        if (found.length == 0)
+            return true;
+        int lineEnd = text.indexOf(QLatin1Char('\n'), lineStart);
+        while (lineEnd >= 0 && lineEnd < found.start) {
+            ++line;
+            lineStart = lineEnd + 1;
+            lineEnd = text.indexOf(QLatin1Char('\n'), lineStart);
+        }
+        QString lineText = text.mid(lineStart, lineEnd < 0 ? -1 : lineEnd - lineStart);
         if (lineText.endsWith(QLatin1Char('\r')))
             lineText.chop(1);
-        auto matches = pattern.expression.globalMatch(lineText);
-        while (matches.hasNext()) {
-            const QRegularExpressionMatch match = matches.next();
-            if (match.capturedLength() == 0)
-                continue;
-            const int column = match.capturedStart();
-            const FileHit hit{file.path,
-                              file.name,
-                              line,
-                              column + 1,
-                              start + column,
-                              match.captured(),
-                              expanded(query, match),
-                              lineText};
-            if (!take(hit))
-                return;
-        }
-        start = end + 1;
-    }
-}
-
-std::optional<FileText> decodeFileText(const QByteArray &bytes)
-{
-    if (bytes.contains('\0'))
-        return std::nullopt;
-    FileText result;
-    const bool hasMark = bytes.startsWith(utf8Mark);
-    result.encoding = hasMark ? FileText::Encoding::Utf8WithMark : FileText::Encoding::Utf8;
-    result.text = QString::fromUtf8(hasMark ? bytes.mid(utf8Mark.size()) : bytes);
-    if (encodeFileText(result) == bytes)
-        return result;
-    // What older editors wrote.
-    if (!gb18030())
-        return std::nullopt;
-    result.encoding = FileText::Encoding::Gb18030;
-    result.text = gb18030()->toUnicode(bytes);
-    if (encodeFileText(result) == bytes)
-        return result;
-    return std::nullopt;
-}
-
-QByteArray encodeFileText(const FileText &text)
-{
-    switch (text.encoding) {
-    case FileText::Encoding::Utf8:
-        break;
-    case FileText::Encoding::Utf8WithMark:
-        return utf8Mark + text.text.toUtf8();
-    case FileText::Encoding::Gb18030:
-        return gb18030()->fromUnicode(text.text);
-    }
-    return text.text.toUtf8();
-}
-
-std::optional<FileText> readFileText(const QString &path)
-{
-    QFile file(path);
-    if (!file.open(QIODevice::ReadOnly) || file.size() > maxSearchBytes)
-        return std::nullopt;
-    return decodeFileText(file.read(maxSearchBytes));
+        return take({file.path, file.name, line, found.start - lineStart + 1, found.start,
+                     text.mid(found.start, found.length), found.text, lineText});
+    });
 }
 
 QList<FileEdits> editsOf(const QList<FileHit> &hits)
@@ -202,17 +104,10 @@ bool applyEdits(QTextDocument &document, const QList<TextEdit> &edits)
 
 QString applyEditsToFile(const FileEdits &edits)
 {
-    const QString shown = QDir::toNativeSeparators(edits.path);
-    std::optional<FileText> file = readFileText(edits.path);
-    if (!file || !applyEdits(file->text, edits.edits))
+    ReadText file = TextFile::readExactly(edits.path);
+    if (!file.succeeded() || !applyEdits(file.text, edits.edits))
         return changedError(edits.path);
-    const QByteArray bytes = encodeFileText(*file);
-    // The old encoding need not have the new characters.
-    if (const auto written = decodeFileText(bytes); !written || written->text != file->text)
-        return QStringLiteral("替换的内容无法用文件“%1”原来的编码保存，没有替换。").arg(shown);
-    if (!OutputFiles::write(edits.path, bytes))
-        return QStringLiteral("无法写入文件“%1”，请检查权限与磁盘空间。").arg(shown);
-    return QString();
+    return TextFile::write(edits.path, file.text, file.form);
 }
 
 QString ReplaceOutcome::text() const

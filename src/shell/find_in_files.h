@@ -1,11 +1,11 @@
 // Finding and replacing text in many files.
 #pragma once
 
-#include <QByteArray>
+#include "editor/text_search.h"
+
 #include <QHash>
 #include <QList>
 #include <QMetaType>
-#include <QRegularExpression>
 #include <QString>
 #include <QStringList>
 
@@ -21,21 +21,9 @@ struct ProjectInfo;
 struct SearchQuery
 {
     QString text;
-    bool matchCase = false;
-    bool wholeWord = false; // letters, digits and "_" on both sides end a match
-    bool isRegularExpression = false;
-    // What a hit is to become; "$0" to "$9" stand for what a regular expression captured.
-    QString replacement;
+    SearchOptions options;
+    QString replacement; // what a hit is to become, as TextSearch takes it
 };
-
-// What to look for, or why it cannot be looked for.
-struct SearchPattern
-{
-    QRegularExpression expression;
-    QString error; // Chinese sentence, empty for a good query
-};
-
-SearchPattern compileSearch(const SearchQuery &query);
 
 // A file to be searched.
 struct SearchFile
@@ -68,32 +56,10 @@ Q_DECLARE_METATYPE(QList<FileHit>)
 // Receives the hits of a text one by one and says whether to go on.
 using TakeHit = std::function<bool(const FileHit &hit)>;
 
-// The hits in `text`, the file's own or the live one.
-void searchText(const SearchFile &file, const QString &text, const SearchPattern &pattern,
-                const SearchQuery &query, const TakeHit &take);
-
-// The text of a file together with what is needed to write it back as it was.
-struct FileText
-{
-    enum class Encoding
-    {
-        Utf8,
-        Utf8WithMark,
-        Gb18030,
-    };
-
-    QString text; // line ends as in the file
-    Encoding encoding = Encoding::Utf8;
-};
-
-// Larger files (bytes) are not searched.
-constexpr qint64 maxSearchBytes = qint64(16) * 1024 * 1024;
-
-// Nothing for binary files, files that are too large and those that cannot be read.
-std::optional<FileText> readFileText(const QString &path);
-// Nothing when the bytes are no text, or a text that would not be written back the same.
-std::optional<FileText> decodeFileText(const QByteArray &bytes);
-QByteArray encodeFileText(const FileText &text);
+// The hits in `text`, the file's own or the live one. Returns why the search was given up, a
+// Chinese sentence; empty: it was not.
+QString searchText(const SearchFile &file, const QString &text, const TextSearch &search,
+                   const QString &replacement, const TakeHit &take);
 
 // One replacement.
 struct TextEdit

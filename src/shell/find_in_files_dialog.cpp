@@ -92,7 +92,7 @@ QWidget *FindInFilesDialog::createOptions()
     layout->setSpacing(18);
     m_wholeWord->setToolTip(QStringLiteral("前后紧接着汉字、字母、数字或下划线的不算"));
     m_isRegularExpression->setToolTip(
-        QStringLiteral("按模式查找；“替换为”中的 $1 表示第一个括号里的内容"));
+        QStringLiteral("按模式查找；“替换为”中的 \\1 表示第一个括号里的内容"));
     for (QCheckBox *option : {m_matchCase, m_wholeWord, m_isRegularExpression})
         layout->addWidget(option);
     layout->addStretch();
@@ -152,8 +152,9 @@ void FindInFilesDialog::showStatus(const QString &text)
 
 SearchQuery FindInFilesDialog::query() const
 {
-    return {m_text->text(), m_matchCase->isChecked(), m_wholeWord->isChecked(),
-            m_isRegularExpression->isChecked(), m_replacement->text()};
+    const SearchOptions options{m_matchCase->isChecked(), m_wholeWord->isChecked(),
+                                m_isRegularExpression->isChecked()};
+    return {m_text->text(), options, m_replacement->text()};
 }
 
 void FindInFilesDialog::search(Mode mode)

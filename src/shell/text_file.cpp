@@ -8,39 +8,78 @@
 #include <QSaveFile>
 #include <QTextCodec>
 
+#include <algorithm>
+#include <iterator>
+#include <optional>
+
 namespace {
 
-const char utf8Mark[] = "\xEF\xBB\xBF";
+// How an encoding is called by its codec and by the user, and the mark of its byte order.
+struct EncodingInfo
+{
+    TextForm::Encoding encoding;
+    const char *codec;
+    const char *mark;
+    const char *name;
+};
+
+constexpr EncodingInfo encodings[] = {
+    {TextForm::Encoding::Utf8, "UTF-8", "\xEF\xBB\xBF", "UTF-8"},
+    {TextForm::Encoding::Utf16LittleEndian, "UTF-16LE", "\xFF\xFE", "UTF-16"},
+    {TextForm::Encoding::Utf16BigEndian, "UTF-16BE", "\xFE\xFF", "UTF-16"},
+    {TextForm::Encoding::Gb18030, "GB18030", "", "GBK"},
+};
+
+const EncodingInfo &infoOf(TextForm::Encoding encoding)
+{
+    return *std::find_if(
+        std::begin(encodings), std::end(encodings),
+        [encoding](const EncodingInfo &info) { return info.encoding == encoding; });
+}
+
+// Nothing when the encoding lacks a character of the text.
+std::optional<QByteArray> encode(const QString &text, const TextForm &form)
+{
+    const EncodingInfo &info = infoOf(form.encoding);
+    QTextCodec *codec = QTextCodec::codecForName(info.codec);
+    if (!codec)
+        return std::nullopt;
+    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
+    const QByteArray bytes = codec->fromUnicode(text.constData(), text.size(), &state);
+    if (state.invalidChars > 0 && form.encoding != TextForm::Encoding::Utf8)
+        return std::nullopt;
+    return form.hasMark ? info.mark + bytes : bytes;
+}
 
 // Every byte must come back from the text.
-bool decodeExactly(const QByteArray &bytes, const char *codecName, QString &text)
+bool decodeAs(const TextForm &form, const QByteArray &bytes, ReadText &read)
 {
-    QTextCodec *codec = QTextCodec::codecForName(codecName);
+    const EncodingInfo &info = infoOf(form.encoding);
+    QTextCodec *codec = QTextCodec::codecForName(info.codec);
     if (!codec)
         return false;
+    const int skipped = form.hasMark ? int(qstrlen(info.mark)) : 0;
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    text = codec->toUnicode(bytes.constData(), bytes.size(), &state);
-    if (state.invalidChars > 0 || state.remainingChars > 0 || text.contains(QChar(0)))
-        return false;
-    QTextCodec::ConverterState back(QTextCodec::IgnoreHeader);
-    return codec->fromUnicode(text.constData(), text.size(), &back) == bytes;
+    read.text = codec->toUnicode(bytes.constData() + skipped, bytes.size() - skipped, &state);
+    read.form = form;
+    return state.invalidChars == 0 && state.remainingChars == 0 && !read.text.contains(QChar(0)) &&
+           encode(read.text, form) == bytes;
 }
 
 bool decode(const QByteArray &bytes, ReadText &read)
 {
-    if (bytes.startsWith(utf8Mark)) {
-        read.form.hasMark = true;
-        return decodeExactly(bytes.mid(3), "UTF-8", read.text);
+    for (const EncodingInfo &info : encodings) {
+        TextForm form;
+        form.encoding = info.encoding;
+        form.hasMark = *info.mark != 0 && bytes.startsWith(info.mark);
+        if (form.hasMark)
+            return decodeAs(form, bytes, read);
     }
-    if (decodeExactly(bytes, "UTF-8", read.text))
+    TextForm form;
+    if (decodeAs(form, bytes, read))
         return true;
-    const bool isLittle = bytes.startsWith("\xFF\xFE");
-    if (isLittle || bytes.startsWith("\xFE\xFF")) {
-        read.notice = QStringLiteral("文件是 UTF-16 编码，保存时将写成 UTF-8。");
-        return decodeExactly(bytes.mid(2), isLittle ? "UTF-16LE" : "UTF-16BE", read.text);
-    }
-    read.notice = QStringLiteral("文件不是 UTF-8 编码，已按 GBK 读取；保存时将写成 UTF-8。");
-    return decodeExactly(bytes, "GB18030", read.text);
+    form.encoding = TextForm::Encoding::Gb18030;
+    return decodeAs(form, bytes, read);
 }
 
 void takeLineEnd(ReadText &read)
@@ -57,6 +96,18 @@ void takeLineEnd(ReadText &read)
 
 ReadText TextFile::read(const QString &path)
 {
+    ReadText read = readExactly(path);
+    if (read.succeeded() && read.form.encoding != TextForm::Encoding::Utf8) {
+        read.notice = QStringLiteral("文件不是 UTF-8 编码，已按 %1 读取；保存时将写成 UTF-8。")
+                          .arg(QLatin1String(infoOf(read.form.encoding).name));
+        read.form = TextForm();
+    }
+    takeLineEnd(read);
+    return read;
+}
+
+ReadText TextFile::readExactly(const QString &path)
+{
     ReadText read;
     QFile file(path);
     const QString name = QDir::toNativeSeparators(path);
@@ -69,23 +120,24 @@ ReadText TextFile::read(const QString &path)
         return read;
     }
     // A device may give more than its size says.
-    if (!decode(file.read(maxSourceBytes + 1), read))
+    if (!decode(file.read(maxSourceBytes + 1), read)) {
+        read = ReadText();
         read.error = QStringLiteral("这不是文本文件，或编码无法识别: %1").arg(name);
-    takeLineEnd(read);
+    }
     return read;
 }
 
 QString TextFile::write(const QString &path, const QString &text, const TextForm &form)
 {
-    QSaveFile file(path);
+    const QString name = QDir::toNativeSeparators(path);
     QString content = text;
     if (form.lineEnd != QLatin1String("\n"))
         content.replace(QLatin1Char('\n'), form.lineEnd);
-    QByteArray bytes = content.toUtf8();
-    if (form.hasMark)
-        bytes.prepend(utf8Mark);
-    if (file.open(QIODevice::WriteOnly) && file.write(bytes) == bytes.size() && file.commit())
+    const std::optional<QByteArray> bytes = encode(content, form);
+    if (!bytes)
+        return QStringLiteral("文件 %1 的编码无法保存这些内容").arg(name);
+    QSaveFile file(path);
+    if (file.open(QIODevice::WriteOnly) && file.write(*bytes) == bytes->size() && file.commit())
         return {};
-    return QStringLiteral("无法保存文件 %1：%2")
-        .arg(QDir::toNativeSeparators(path), file.errorString());
+    return QStringLiteral("无法保存文件 %1：%2").arg(name, file.errorString());
 }

@@ -53,6 +53,7 @@ void TextSearchTest::finds_data()
     row("alternatives as words", "甲|乙丙", "we", "甲丁 乙丙 甲", "甲丁 «乙丙» «甲»");
     row("beginnings of lines", "^.", "e", "ab\n\nc", "«a»b\n\n«c»");
     row("ends of lines", "\\w$", "e", "甲乙\nab", "甲«乙»\na«b»");
+    row("ends of lines with returns", "\\w$", "e", "甲乙\r\nab\r\n", "甲«乙»\r\na«b»\r\n");
     row("never over a line end", "a\\s*b", "e", "a\nb a b", "a\nb «a b»");
     row("empty places", "x*", "e", "axx", "«»a«xx»«»");
 }
@@ -118,7 +119,7 @@ void TextSearchTest::refusesBadExpressions()
     QFETCH(QString, pattern);
     QFETCH(QString, options);
     const TextSearch search(pattern, optionsOf(options));
-    QVERIFY(search.error().startsWith("正则表达式有误，在第 "));
+    QVERIFY(search.error().startsWith("正则表达式有误：第 "));
     QString error;
     QVERIFY(search.all("ab(a*", {}, &error).isEmpty());
     QCOMPARE(error, search.error());

@@ -23,6 +23,7 @@ private slots:
     void refusesHugeFiles();
     void tellsWhatCannotBeWritten_data();
     void tellsWhatCannotBeWritten();
+    void refusesWhatTheEncodingLacks();
     void fullDiskLeavesTheOldText();
 };
 
@@ -63,6 +64,10 @@ void TextFileTest::reads()
     const QTemporaryDir folder;
     const QString path = folder.filePath("甲.vc");
     TestFiles::writeFile(path, bytes);
+    const ReadText exact = TextFile::readExactly(path);
+    QCOMPARE(exact.error + exact.notice, QString());
+    QCOMPARE(TextFile::write(path, exact.text, exact.form), QString());
+    QCOMPARE(TestFiles::readFile(path), bytes);
     const ReadText read = TextFile::read(path);
     QCOMPARE(read.error, QString());
     QTEST(read.text, "text");
@@ -131,6 +136,17 @@ void TextFileTest::tellsWhatCannotBeWritten()
     QVERIFY2(error.startsWith("无法保存文件") && error.contains(QFileInfo(name).fileName()),
              qPrintable(error));
     QCOMPARE(TestFiles::readFile(readOnly), QByteArray("old"));
+}
+
+void TextFileTest::refusesWhatTheEncodingLacks()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("甲.vc");
+    TestFiles::writeFile(path, "old");
+    TextForm form;
+    form.encoding = TextForm::Encoding::Gb18030;
+    QVERIFY(!TextFile::write(path, QString(QChar(0xD800)), form).isEmpty());
+    QCOMPARE(TestFiles::readFile(path), QByteArray("old"));
 }
 
 void TextFileTest::fullDiskLeavesTheOldText()
