@@ -1,20 +1,17 @@
 #include "codegen/component_tables.h"
 
+#include "catalog/json_table.h"
 #include "codegen/names.h"
 #include "designer/model/component_types.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
 
 QJsonObject readObject(const QString &name)
 {
-    QFile file(QStringLiteral(":/codegen/") + name);
-    return file.open(QIODevice::ReadOnly) ? QJsonDocument::fromJson(file.readAll()).object()
-                                          : QJsonObject();
+    return jsonTable(QStringLiteral(":/codegen/") + name).object();
 }
 
 QStringList toList(const QJsonValue &value)

@@ -1,8 +1,8 @@
 #include "codegen/generator_tables.h"
 
+#include "catalog/json_table.h"
 #include "codegen/names.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -11,10 +11,7 @@ namespace {
 
 QJsonDocument readDocument(const QString &name)
 {
-    QFile file(QStringLiteral(":/codegen/") + name);
-    if (!file.open(QIODevice::ReadOnly))
-        return QJsonDocument();
-    return QJsonDocument::fromJson(file.readAll());
+    return jsonTable(QStringLiteral(":/codegen/") + name);
 }
 
 QStringList toList(const QJsonValue &value)

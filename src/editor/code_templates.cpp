@@ -1,8 +1,8 @@
 #include "editor/code_templates.h"
 
-#include <QFile>
+#include "catalog/json_table.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QVector>
 
@@ -41,11 +41,7 @@ QVector<Template> readTable(const QJsonArray &rows)
 const Tables &tables()
 {
     static const Tables tables = [] {
-        QFile file(QStringLiteral(":/editor/templates.json"));
-        const bool isOpen = file.open(QIODevice::ReadOnly);
-        Q_ASSERT(isOpen);
-        Q_UNUSED(isOpen)
-        const QJsonObject root = QJsonDocument::fromJson(file.readAll()).object();
+        const QJsonObject root = jsonTable(QStringLiteral(":/editor/templates.json")).object();
         return Tables{readTable(root.value(QLatin1String("tab")).toArray()),
                       readTable(root.value(QLatin1String("wrap")).toArray())};
     }();

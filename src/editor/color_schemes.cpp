@@ -1,11 +1,9 @@
 #include "editor/color_schemes.h"
 
+#include "catalog/json_table.h"
 #include "settings/settings_store.h"
 
-#include <QDebug>
 #include <QDir>
-#include <QFile>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QMap>
 
@@ -30,13 +28,10 @@ QList<ColorScheme> readSchemes()
     const QDir folder(QStringLiteral(":/editor/schemes"));
     const QStringList names = folder.entryList({QStringLiteral("*.json")}, QDir::Files, QDir::Name);
     for (const QString &fileName : names) {
-        QFile file(folder.filePath(fileName));
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        const QJsonObject object = QJsonDocument::fromJson(file.readAll()).object();
+        const QJsonObject object = jsonTable(folder.filePath(fileName)).object();
         const QString name = object.value(QLatin1String("name")).toString();
         if (name.isEmpty()) {
-            qWarning("%s is no colour scheme", qPrintable(file.fileName()));
+            qWarning("%s is no colour scheme", qPrintable(fileName));
             continue;
         }
         schemes.insert(object.value(QLatin1String("position")).toInt(),

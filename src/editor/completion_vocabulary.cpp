@@ -2,31 +2,18 @@
 
 #include "catalog/command_library.h"
 #include "catalog/command_syntax.h"
+#include "catalog/json_table.h"
 #include "editor/highlight_rules.h"
 #include "frontend/keywords.h"
 #include "frontend/parser.h"
 #include "frontend/type_words.h"
 
-#include <QDebug>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 #include <QSet>
 
 namespace {
-
-QJsonObject readTable(const QString &path)
-{
-    QFile file(path);
-    QJsonObject table;
-    if (file.open(QIODevice::ReadOnly))
-        table = QJsonDocument::fromJson(file.readAll()).object();
-    if (table.isEmpty())
-        qWarning("%s holds nothing that completion could offer", qPrintable(path));
-    return table;
-}
 
 bool isName(const QString &text)
 {
@@ -181,7 +168,8 @@ void CompletionVocabulary::addTypes()
 
 void CompletionVocabulary::addSnippets()
 {
-    const QJsonArray rows = readTable(QStringLiteral(":/editor/snippets.json"))
+    const QJsonArray rows = jsonTable(QStringLiteral(":/editor/snippets.json"))
+                                .object()
                                 .value(QLatin1String("snippets"))
                                 .toArray();
     for (const QJsonValue &row : rows) {
@@ -195,7 +183,7 @@ void CompletionVocabulary::addSnippets()
 
 void CompletionVocabulary::addComponentTypes()
 {
-    const QJsonObject table = readTable(QStringLiteral(":/editor/component_types.json"));
+    const QJsonObject table = jsonTable(QStringLiteral(":/editor/component_types.json")).object();
     for (const QJsonValue &row : table.value(QLatin1String("types")).toArray()) {
         const QJsonArray words = row[QLatin1String("words")].toArray();
         for (const QJsonValue &key : row[QLatin1String("keys")].toArray())

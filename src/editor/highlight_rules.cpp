@@ -1,14 +1,12 @@
 #include "editor/highlight_rules.h"
 
 #include "catalog/command_library.h"
+#include "catalog/json_table.h"
 #include "frontend/keywords.h"
 #include "frontend/lexer.h"
 #include "frontend/type_words.h"
 
-#include <QDebug>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
 
@@ -250,17 +248,6 @@ void paintOperators(PaintedLine &line)
     apply(operators, line);
 }
 
-QJsonDocument readDocument(const QString &path)
-{
-    QFile file(path);
-    QJsonDocument document;
-    if (file.open(QIODevice::ReadOnly))
-        document = QJsonDocument::fromJson(file.readAll());
-    if (document.isNull())
-        qWarning("%s holds no words", qPrintable(path));
-    return document;
-}
-
 QStringList toList(const QJsonArray &array)
 {
     QStringList result;
@@ -279,9 +266,9 @@ struct FixedWords
     FixedWords()
     {
         const QJsonObject words =
-            readDocument(QStringLiteral(":/editor/highlight_words.json")).object();
+            jsonTable(QStringLiteral(":/editor/highlight_words.json")).object();
         keywords = toList(words.value(QLatin1String("keywords")).toArray());
-        builtins = toList(readDocument(QStringLiteral(":/codegen/builtin_names.json")).array());
+        builtins = toList(jsonTable(QStringLiteral(":/codegen/builtin_names.json")).array());
         constants = toList(words.value(QLatin1String("constants")).toArray());
         for (const CommandInfo &command : CommandLibrary::builtin().allCommands()) {
             if (command.isConstant())

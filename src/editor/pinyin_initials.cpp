@@ -1,7 +1,7 @@
 #include "editor/pinyin_initials.h"
 
-#include <QFile>
-#include <QJsonDocument>
+#include "catalog/json_table.h"
+
 #include <QJsonObject>
 
 #include <vector>
@@ -46,10 +46,8 @@ public:
 private:
     SoundTable() : m_sounds(lastCharacter - firstCharacter + 1)
     {
-        QFile file(QStringLiteral(":/editor/pinyin_initials.json"));
-        if (!file.open(QIODevice::ReadOnly))
-            return;
-        const QJsonObject tables = QJsonDocument::fromJson(file.readAll()).object();
+        const QJsonObject tables =
+            jsonTable(QStringLiteral(":/editor/pinyin_initials.json")).object();
         const QJsonObject initials = tables.value(QLatin1String("initials")).toObject();
         for (auto letter = initials.begin(); letter != initials.end(); ++letter) {
             const QString characters = letter.value().toString();

@@ -1,10 +1,9 @@
 // The parser's class registry: built-in classes, look-up by name, user classes.
+#include "catalog/json_table.h"
 #include "frontend/metadata.h"
 #include "frontend/parser.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
@@ -20,16 +19,10 @@ QMap<QString, Parser::MemberInfo> readMembers(const QJsonArray &rows)
     return members;
 }
 
-// The embedded table. That it is there and whole is shown by the tests, not asked at run time.
 ClassRegistryMap readBuiltinClasses()
 {
-    QFile file(QStringLiteral(":/frontend/builtin_classes.json"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        qCritical("The table of built-in classes is missing from the program");
-        return {};
-    }
     ClassRegistryMap classes;
-    const QJsonArray rows = QJsonDocument::fromJson(file.readAll()).array();
+    const QJsonArray rows = jsonTable(QStringLiteral(":/frontend/builtin_classes.json")).array();
     for (const QJsonValue &row : rows) {
         const QString name = row[QLatin1String("name")].toString();
         classes.insert(name, {name, row[QLatin1String("cppName")].toString(),

@@ -1,9 +1,9 @@
 // Reading and asking the table behind type_rules.h.
 #include "frontend/type_rules.h"
 
-#include <QFile>
+#include "catalog/json_table.h"
+
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
@@ -54,10 +54,7 @@ const TypeRules &TypeRules::instance()
 
 TypeRules::TypeRules()
 {
-    QFile file(QStringLiteral(":/frontend/type_rules.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        qCritical("The table of type rules is missing from the program");
-    const QJsonObject tables = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject tables = jsonTable(QStringLiteral(":/frontend/type_rules.json")).object();
     for (const auto &key : pairKeys) {
         const QJsonObject rows = tables.value(QLatin1String(key.key)).toObject();
         for (auto row = rows.begin(); row != rows.end(); ++row)

@@ -1,9 +1,9 @@
 // The words behind value_type.h, read from ":/frontend/value_types.json".
 #include "frontend/value_type.h"
 
-#include <QFile>
+#include "catalog/json_table.h"
+
 #include <QHash>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
@@ -11,11 +11,8 @@ namespace {
 // C++ type texts and type words to the ten words that the types go by.
 QHash<QString, QString> readWords()
 {
-    QFile file(QStringLiteral(":/frontend/value_types.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        qCritical("The table of type words is missing from the program");
     QHash<QString, QString> words;
-    const QJsonObject rows = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject rows = jsonTable(QStringLiteral(":/frontend/value_types.json")).object();
     for (auto row = rows.begin(); row != rows.end(); ++row)
         words.insert(row.key(), row.value().toString());
     return words;

@@ -1,11 +1,10 @@
 #include "project/window_prefix.h"
 
+#include "catalog/json_table.h"
 #include "frontend/lexer.h"
 #include "frontend/type_words.h"
 
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QVector>
 
 #include <string_view>
@@ -227,12 +226,9 @@ private:
 const QSet<QString> &componentKinds()
 {
     static const QSet<QString> kinds = [] {
-        QFile file(QStringLiteral(":/project/component_kinds.json"));
-        const bool isOpen = file.open(QIODevice::ReadOnly);
-        Q_ASSERT(isOpen);
-        Q_UNUSED(isOpen)
         QSet<QString> words;
-        const QJsonArray array = QJsonDocument::fromJson(file.readAll()).array();
+        const QJsonArray array =
+            jsonTable(QStringLiteral(":/project/component_kinds.json")).array();
         for (const QJsonValue &word : array)
             words.insert(word.toString());
         return words;

@@ -1,49 +1,37 @@
 #include "shell/action_set.h"
 
+#include "catalog/json_table.h"
 #include "shell/tool_bars.h"
 
 #include <QAction>
-#include <QDebug>
-#include <QFile>
 #include <QIcon>
-#include <QJsonDocument>
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
 #include <QMetaMethod>
+#include <QRegularExpression>
 #include <QToolBar>
 
 namespace {
 
-const QString tablePath = QStringLiteral(":/shell/actions.json");
 constexpr int toolBarIcon = 18; // logical pixels
-
-QJsonObject readTable()
-{
-    QFile file(tablePath);
-    if (!file.open(QIODevice::ReadOnly))
-        qCritical("cannot read %s", qUtf8Printable(tablePath));
-    return QJsonDocument::fromJson(file.readAll()).object();
-}
 
 QString text(const QJsonObject &row, const char *key)
 {
     return row.value(QLatin1String(key)).toString();
 }
 
-// Without the mark of the access key and the dots of a dialog.
-QString plainName(const QString &text)
-{
-    QString name = text;
-    const int mark = name.indexOf(QLatin1String("(&"));
-    if (mark >= 0)
-        name.remove(mark, name.indexOf(QLatin1Char(')'), mark) - mark + 1);
-    return name.remove(QStringLiteral("..."));
-}
-
 } // namespace
 
-ActionSet::ActionSet(QWidget *receiver) : QObject(receiver), m_table(readTable())
+QString plainActionName(QString text)
+{
+    static const QRegularExpression accessKey(QStringLiteral("\\(&.\\)|&"));
+    static const QRegularExpression dots(QStringLiteral("\\.\\.\\.$"));
+    return text.remove(accessKey).remove(dots).trimmed();
+}
+
+ActionSet::ActionSet(QWidget *receiver)
+    : QObject(receiver), m_table(jsonTable(QStringLiteral(":/shell/actions.json")).object())
 {
     const QJsonObject reasons = m_table.value(QLatin1String("conditions")).toObject();
     for (auto reason = reasons.begin(); reason != reasons.end(); ++reason)
@@ -62,7 +50,7 @@ void ActionSet::addAction(const QJsonObject &row, QWidget *receiver)
         action->setIcon(QIcon(QStringLiteral(":/icons/actions/%1.svg").arg(icon)));
     Entry entry{action, text(row, "shortcut"), text(row, "tip"), {}, text(row, "unavailable")};
     if (entry.tip.isEmpty())
-        entry.tip = plainName(action->text());
+        entry.tip = plainActionName(action->text());
     const QJsonArray needs = row.value(QLatin1String("needs")).toArray();
     for (const QJsonValue &need : needs)
         entry.needs << need.toString();

@@ -14,6 +14,9 @@ class QMainWindow;
 class QMenu;
 class QWidget;
 
+// The text of an action without the mark of its access key and the dots of a dialog.
+QString plainActionName(QString text);
+
 // Each row of the table is an action, triggered into the slot of the receiver that it names. A
 // row's `needs` are conditions; an action whose conditions do not all hold is disabled, and its
 // tool tip says why. Where two enabled actions have one shortcut, the first in the table has it.

@@ -1,9 +1,9 @@
 #include "shell/dock_layout.h"
 
+#include "catalog/json_table.h"
+
 #include <QDockWidget>
-#include <QFile>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLabel>
 #include <QMainWindow>
@@ -35,10 +35,7 @@ QLabel *hintLabel(const QString &hint)
 
 DockLayout::DockLayout(QMainWindow &window) : m_window(window)
 {
-    QFile file(QStringLiteral(":/shell/docks.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        qCritical("cannot read %s", qUtf8Printable(file.fileName()));
-    const QJsonArray rows = QJsonDocument::fromJson(file.readAll()).array();
+    const QJsonArray rows = jsonTable(QStringLiteral(":/shell/docks.json")).array();
     for (const QJsonValue &value : rows) {
         const QJsonObject row = value.toObject();
         const QString name = row.value(QLatin1String("name")).toString();

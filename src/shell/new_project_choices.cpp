@@ -1,20 +1,17 @@
 #include "shell/new_project_choices.h"
 
+#include "catalog/json_table.h"
+
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 
 namespace {
 
 QJsonObject choices()
 {
-    QFile file(QStringLiteral(":/shell/new_project.json"));
-    const bool isOpen = file.open(QIODevice::ReadOnly);
-    Q_ASSERT(isOpen);
-    return isOpen ? QJsonDocument::fromJson(file.readAll()).object() : QJsonObject();
+    return jsonTable(QStringLiteral(":/shell/new_project.json")).object();
 }
 
 QString text(const QJsonValue &record, const char *key)

@@ -1,35 +1,21 @@
 #include "shell/shortcuts_guide.h"
 
+#include "catalog/json_table.h"
+#include "shell/action_set.h"
+
 #include <QAction>
-#include <QFile>
 #include <QHeaderView>
 #include <QJsonArray>
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QLineEdit>
-#include <QRegularExpression>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-namespace {
-
-// Without the mark of the access key, "(&N)" as a whole, and without the dots of a dialog.
-QString plainName(QString text)
-{
-    static const QRegularExpression accessKey(QStringLiteral("\\(&.\\)|&"));
-    static const QRegularExpression dots(QStringLiteral("\\.\\.\\.$"));
-    return text.remove(accessKey).remove(dots).trimmed();
-}
-
-} // namespace
-
 QVector<ShortcutRow> editorShortcuts()
 {
-    QFile file(QStringLiteral(":/shell/editor_shortcuts.json"));
     QVector<ShortcutRow> rows;
-    if (!file.open(QIODevice::ReadOnly))
-        return rows;
-    for (const QJsonValue &value : QJsonDocument::fromJson(file.readAll()).array()) {
+    const QJsonArray table = jsonTable(QStringLiteral(":/shell/editor_shortcuts.json")).array();
+    for (const QJsonValue &value : table) {
         const QJsonObject row = value.toObject();
         rows.append({row.value(QStringLiteral("group")).toString(),
                      row.value(QStringLiteral("name")).toString(),
@@ -46,7 +32,7 @@ QVector<ShortcutRow> actionShortcuts(const QString &group, const QList<QAction *
         for (const QKeySequence &sequence : action->shortcuts())
             keys.append(sequence.toString(QKeySequence::NativeText));
         if (!keys.isEmpty())
-            rows.append({group, plainName(action->text()), keys.join(QStringLiteral("、"))});
+            rows.append({group, plainActionName(action->text()), keys.join(QStringLiteral("、"))});
     }
     return rows;
 }

@@ -1,7 +1,8 @@
 #include "shell/update_check.h"
 
+#include "catalog/json_table.h"
+
 #include <QCoreApplication>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QNetworkReply>
@@ -38,10 +39,7 @@ bool isNewerVersion(const QString &other, const QString &current)
 
 QUrl updateAddress()
 {
-    QFile file(QStringLiteral(":/shell/update.json"));
-    if (!file.open(QIODevice::ReadOnly))
-        return {};
-    const QJsonObject values = QJsonDocument::fromJson(file.readAll()).object();
+    const QJsonObject values = jsonTable(QStringLiteral(":/shell/update.json")).object();
     return webPage(values.value(QStringLiteral("address")).toString());
 }
 
