@@ -92,6 +92,20 @@ void takeLineEnd(ReadText &read)
     read.text.replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
+// The editor knows one end of a line, and takes these signs for it too.
+void takeSeparators(ReadText &read)
+{
+    bool hasSome = false;
+    for (QChar &sign : read.text) {
+        if (sign == QChar::ParagraphSeparator || sign == QChar(0xFDD0) || sign == QChar(0xFDD1)) {
+            sign = QLatin1Char('\n');
+            hasSome = true;
+        }
+    }
+    if (hasSome)
+        read.notice += QStringLiteral("文件中有特殊的分段符号，已改成换行。");
+}
+
 } // namespace
 
 ReadText TextFile::read(const QString &path)
@@ -103,6 +117,7 @@ ReadText TextFile::read(const QString &path)
         read.form = TextForm();
     }
     takeLineEnd(read);
+    takeSeparators(read);
     return read;
 }
 

@@ -46,8 +46,9 @@ void TextFileTest::reads_data()
                                         << none << QByteArray("1\n2\n3\n");
     QTest::addRow("lone returns") << QByteArray("1\r2") << "1\n2" << none << QByteArray("1\n2");
     QTest::addRow("blanks and separators of other kinds")
-        << QByteArray("1\u00A02\u20283\u20294\t") << "1\u00A02\u20283\u20294\t" << none
-        << QByteArray();
+        << QByteArray("1\u00A02\u20283\t") << "1\u00A02\u20283\t" << none << QByteArray();
+    QTest::addRow("paragraphs") << QByteArray("1\u20292\r\n") << "1\n2\n"
+                                << "分段符号" << QByteArray("1\r\n2\r\n");
     QTest::addRow("beyond the first plane") << QByteArray("😀") << "😀" << none << QByteArray();
     QTest::addRow("GBK") << QByteArray("\xB1\xE4\xC1\xBF\r\n") << "变量\n"
                          << "GBK" << QByteArray("变量\r\n");
