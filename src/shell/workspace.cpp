@@ -7,6 +7,19 @@
 #include <QDir>
 #include <QFileInfo>
 
+namespace {
+
+// Relative to the folder; empty for a path outside of it, as one on another drive is.
+QString pathIn(const QString &folder, const QString &path)
+{
+    const QString relative = QDir(folder).relativeFilePath(path);
+    const bool isOutside = QFileInfo(relative).isAbsolute() || relative == QLatin1String("..") ||
+                           relative.startsWith(QLatin1String("../"));
+    return isOutside ? QString() : relative;
+}
+
+} // namespace
+
 Workspace::Workspace(const ProjectManager &projects, const EditorTabs &tabs)
     : m_projects(projects), m_tabs(tabs)
 {}
@@ -66,8 +79,7 @@ bool Workspace::isInProject(const QString &path) const
     if (path.isEmpty() || !m_projects.hasOpenProject())
         return false;
     const VL::ProjectInfo &project = m_projects.currentProject();
-    const QString relative = QDir(project.path).relativeFilePath(path);
-    return !relative.startsWith(QLatin1String("..")) || project.sourceFiles.contains(path);
+    return !pathIn(project.path, path).isEmpty() || project.sourceFiles.contains(path);
 }
 
 QString Workspace::absolutePath(const QString &name) const
@@ -83,6 +95,6 @@ QString Workspace::displayName(const QString &path) const
         return path;
     if (!m_projects.hasOpenProject())
         return QDir::toNativeSeparators(path);
-    const QString relative = QDir(m_projects.currentProject().path).relativeFilePath(path);
-    return relative.startsWith(QLatin1String("..")) ? QDir::toNativeSeparators(path) : relative;
+    const QString relative = pathIn(m_projects.currentProject().path, path);
+    return relative.isEmpty() ? QDir::toNativeSeparators(path) : relative;
 }
