@@ -17,7 +17,11 @@ BreakpointKeeper::BreakpointKeeper(EditorTabs &tabs, ProjectManager &projects, Q
             editor->setBreakpoints(m_store.breakpoints(editor->filePath()));
         connect(editor, &CodeEditor::breakpointToggled, this, [this, editor] { store(editor); });
     });
-    connect(&tabs, &EditorTabs::editorClosing, this, [this](CodeEditor *editor) { store(editor); });
+    connect(&tabs, &EditorTabs::editorClosing, this, [this](CodeEditor *editor) {
+        // Where marks stand in a text that is thrown away says nothing about the file.
+        if (!editor->document()->isModified())
+            store(editor);
+    });
     connect(&tabs, &EditorTabs::fileSaved, this,
             [this](const QString &path) { store(m_tabs.editorOf(path)); });
 }
