@@ -24,6 +24,7 @@ private slots:
     void goWithTheirLines_data();
     void goWithTheirLines();
     void stayWhenANameIsGiven();
+    void stayWhereTheFileHasThem();
 
 private:
     void openProject(Program &program);
@@ -100,6 +101,20 @@ void BreakpointKeeperTest::stayWhenANameIsGiven()
     QVERIFY(program.tabs.save(editor));
     Program next;
     QCOMPARE(next.tabs.open(m_root + "/新.vc")->breakpoints(), QSet<int>{2});
+}
+
+// Lines that are thrown away have moved nothing.
+void BreakpointKeeperTest::stayWhereTheFileHasThem()
+{
+    const QString path = m_root + "/甲.vc";
+    TestFiles::writeFile(path, "1\n2\n");
+    Program program;
+    CodeEditor *editor = program.tabs.open(path);
+    editor->toggleBreakpoint(2);
+    editor->insertPlainText("新\n");
+    QCOMPARE(editor->breakpoints(), QSet<int>{3});
+    program.tabs.closeWithoutSaving(editor);
+    QCOMPARE(program.tabs.open(path)->breakpoints(), QSet<int>{2});
 }
 
 QTEST_MAIN(BreakpointKeeperTest)
