@@ -2,7 +2,6 @@
 
 #include "catalog/command_library.h"
 #include "editor/completion_context.h"
-#include "editor/masked_code.h"
 #include "editor/open_call.h"
 #include "editor/param_hint.h"
 
@@ -100,7 +99,7 @@ bool AutoCompleter::wantsFunction(const QString &code) const
 
 CompletionOffer AutoCompleter::offer(const QString &textBefore, int addedLines, Demand demand)
 {
-    const MaskedCode code = maskedCode(textBefore);
+    const MaskedCode code = m_mask.masked(textBefore);
     if (!code.endsInCode)
         return {};
     const CompletionPlace place = placeIn(code.text, addedLines);
@@ -202,9 +201,9 @@ QString AutoCompleter::help(const CompletionItem &item)
     return text;
 }
 
-ParamHint AutoCompleter::paramHint(const QString &textBefore, int addedLines) const
+ParamHint AutoCompleter::paramHint(const QString &textBefore, int addedLines)
 {
-    const QString code = maskedCode(textBefore).text;
+    const QString code = m_mask.masked(textBefore).text;
     const auto call = openCall(code);
     if (!call)
         return {};
@@ -212,10 +211,10 @@ ParamHint AutoCompleter::paramHint(const QString &textBefore, int addedLines) co
     return {paramHintHtml(forms, call->argument), call->openingAt};
 }
 
-QString AutoCompleter::command(const QString &textToWordEnd, int addedLines) const
+QString AutoCompleter::command(const QString &textToWordEnd, int addedLines)
 {
     static const QRegularExpression word(QStringLiteral(R"(#?[\w\x{4e00}-\x{9fff}]+$)"));
-    const MaskedCode code = maskedCode(textToWordEnd);
+    const MaskedCode code = m_mask.masked(textToWordEnd);
     const QString name = word.match(lastLine(code.text)).captured();
     if (!code.endsInCode || name.isEmpty())
         return QString();

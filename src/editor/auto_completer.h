@@ -3,6 +3,7 @@
 
 #include "editor/callback_rules.h"
 #include "editor/completion_sources.h"
+#include "editor/masked_code.h"
 
 #include <QObject>
 
@@ -53,9 +54,9 @@ public:
     // The rich text that explains an item; empty where nothing is to be said.
     static QString help(const CompletionItem &item);
     // The parameter hint for the end of the text.
-    ParamHint paramHint(const QString &textBefore, int addedLines = 0) const;
+    ParamHint paramHint(const QString &textBefore, int addedLines = 0);
     // The name in the command catalogue of what the word ending the text names; empty for others.
-    QString command(const QString &textToWordEnd, int addedLines = 0) const;
+    QString command(const QString &textToWordEnd, int addedLines = 0);
 
 signals:
     void documentSymbolsChanged();
@@ -70,6 +71,7 @@ private:
 
     CompletionHistory &m_history;
     CallbackRules m_rules;
+    TypedCodeMask m_mask;
     CompletionSources m_sources;
     FuzzyMatching m_fuzzy = FuzzyMatching::Off;
 };

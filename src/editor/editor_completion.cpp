@@ -41,6 +41,10 @@ EditorCompletion::EditorCompletion(CodeEditor *editor)
             m_delay.start();
         m_staleCheck.start();
     });
+    connect(editor->document(), &QTextDocument::contentsChange, this, [this](int position) {
+        if (position < m_above.size())
+            m_above.clear();
+    });
     connect(editor, &CodeEditor::cursorPositionChanged, this, [this] {
         m_commandDelay.start();
         m_staleCheck.start();
@@ -78,9 +82,18 @@ void EditorCompletion::setColors(const SyntaxColors &colors)
     m_popup->setColors(colors);
 }
 
-QString EditorCompletion::textBefore() const
+// The text down to a place in the cursor's line. The document is not read as a whole for each key.
+QString EditorCompletion::textUpTo(int column)
 {
-    return m_editor->text().left(m_editor->textCursor().position());
+    const QTextBlock line = m_editor->textCursor().block();
+    if (m_above.size() != line.position())
+        m_above = m_editor->text().left(line.position());
+    return m_above + line.text().leftRef(column);
+}
+
+QString EditorCompletion::textBefore()
+{
+    return textUpTo(m_editor->textCursor().positionInBlock());
 }
 
 int EditorCompletion::addedLines() const
@@ -292,14 +305,14 @@ void EditorCompletion::hideAll()
     m_hint->hide();
 }
 
-QString EditorCompletion::commandAtCursor() const
+QString EditorCompletion::commandAtCursor()
 {
-    const QString text = m_editor->text();
-    int end = m_editor->textCursor().position();
+    const QString text = m_editor->textCursor().block().text();
+    int end = m_editor->textCursor().positionInBlock();
     while (end < text.size() &&
            (text.at(end).isLetterOrNumber() || text.at(end) == QLatin1Char('_')))
         ++end;
-    return m_completer ? m_completer->command(text.left(end), addedLines()) : QString();
+    return m_completer ? m_completer->command(textUpTo(end), addedLines()) : QString();
 }
 
 void EditorCompletion::reportCommand()

@@ -41,7 +41,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
-    QString textBefore() const;
+    QString textUpTo(int column);
+    QString textBefore();
     int addedLines() const;
     QRect caret(const QTextCursor &cursor) const;
     bool accept(CompletionItem item);
@@ -51,7 +52,7 @@ private:
     void hideAll();
     void hideList();
     void reportCommand();
-    QString commandAtCursor() const;
+    QString commandAtCursor();
 
     CodeEditor *m_editor;
     QPointer<AutoCompleter> m_completer;
@@ -63,6 +64,7 @@ private:
     CompletionOffer m_offer;
     int m_offerPosition = 0; // of the cursor
     int m_offerRevision = 0; // of the document
+    QString m_above;         // what stands above some line; a change of it empties this
     QString m_command;       // the one reported last
     int m_symbolLines = 0;   // of the document when its symbols were read
     bool m_isComposing = false;

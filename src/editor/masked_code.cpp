@@ -132,3 +132,27 @@ MaskedCode maskedCode(const QString &source)
 {
     return Masker(source).run();
 }
+
+MaskedCode TypedCodeMask::masked(const QString &source)
+{
+    const int line = source.lastIndexOf(QLatin1Char('\n')) + 1;
+    if (source.leftRef(line) != m_above) {
+        m_above = source.left(line);
+        m_maskedAbove = maskedCode(m_above);
+    }
+    if (!endsWhereLineMayBegin())
+        return maskedCode(source);
+    MaskedCode result = maskedCode(source.mid(line));
+    result.text.prepend(m_maskedAbove.text);
+    return result;
+}
+
+// Neither in a string or comment nor between the sign and the quote that begin a raw string.
+bool TypedCodeMask::endsWhereLineMayBegin() const
+{
+    int end = m_above.size();
+    while (end > 0 && m_above.at(end - 1).isSpace())
+        --end;
+    const QChar last = end > 0 ? m_above.at(end - 1) : QChar();
+    return m_maskedAbove.endsInCode && last != QLatin1Char('r') && last != QLatin1Char('R');
+}

@@ -16,3 +16,17 @@ struct MaskedCode
 // Reads as the lexer does: strings may span lines. Only on the last line do Chinese quotation marks
 // begin a string, for they become ASCII ones when the line is left.
 MaskedCode maskedCode(const QString &source);
+
+// The same for texts that come one after the other while the user types: what stands above the last
+// line is read again only when it has changed.
+class TypedCodeMask
+{
+public:
+    MaskedCode masked(const QString &source);
+
+private:
+    bool endsWhereLineMayBegin() const;
+
+    QString m_above;
+    MaskedCode m_maskedAbove;
+};
