@@ -1,23 +1,23 @@
 #include "editor/bracket_match.h"
 
-#include "frontend/lexer.h"
+#include "editor/masked_code.h"
 
 #include <QVector>
 
 namespace {
 
-// The token that closes `type`; `EndOfFile` for what is no opening bracket.
-int closerOf(int type)
+// The bracket that closes `sign`; null for what is no opening bracket.
+QChar closerOf(QChar sign)
 {
-    switch (type) {
-    case Lexer::LeftParen:
-        return Lexer::RightParen;
-    case Lexer::LeftBracket:
-        return Lexer::RightBracket;
-    case Lexer::LeftBrace:
-        return Lexer::RightBrace;
+    switch (sign.unicode()) {
+    case u'(':
+        return u')';
+    case u'[':
+        return u']';
+    case u'{':
+        return u'}';
     default:
-        return Lexer::EndOfFile;
+        return QChar();
     }
 }
 
@@ -28,16 +28,18 @@ std::optional<std::pair<int, int>> matchedBrackets(const QString &text, int posi
     struct Opening
     {
         int place;
-        int closer;
+        QChar closer;
     };
     QVector<Opening> openings;
-    Lexer lexer(text);
-    for (auto token = lexer.nextToken(); token.type != Lexer::EndOfFile;
-         token = lexer.nextToken()) {
-        const int place = lexer.offset() - 1;
-        if (closerOf(token.type) != Lexer::EndOfFile) {
-            openings.append({place, closerOf(token.type)});
-        } else if (!openings.isEmpty() && token.type == openings.last().closer) {
+    // The line added last takes the rules for the line that is being typed.
+    const QString code = maskedCode(text + QLatin1Char('\n')).text;
+    for (int place = 0; place < code.size(); ++place) {
+        const QChar sign = code.at(place);
+        if (sign.unicode() >= 0x80)
+            continue;
+        if (const QChar closer = closerOf(sign); !closer.isNull()) {
+            openings.append({place, closer});
+        } else if (!openings.isEmpty() && sign == openings.last().closer) {
             const int opening = openings.takeLast().place;
             const auto isTouched = [&](int bracket) {
                 return bracket == position || bracket == position - 1;

@@ -67,6 +67,9 @@ CodeEditor::CodeEditor(QWidget *parent)
     connect(this, &CodeEditor::cursorPositionChanged, this, &CodeEditor::onCursorPositionChanged);
     connect(this, &CodeEditor::textChanged, this, &CodeEditor::highlightCurrentLine);
     connect(this, &CodeEditor::textChanged, this, &CodeEditor::parseCurrentDocument);
+    m_bracketTimer.setSingleShot(true);
+    connect(&m_bracketTimer, &QTimer::timeout, this,
+            [this] { setSelections(Layer::Brackets, bracketSelections()); });
     m_occurrenceTimer.setSingleShot(true);
     m_occurrenceTimer.setInterval(kOccurrenceDelay);
     connect(&m_occurrenceTimer, &QTimer::timeout, this, &CodeEditor::highlightOccurrences);

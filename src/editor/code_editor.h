@@ -220,6 +220,7 @@ private:
     // In the line that has been typed in since the cursor came to it; null: none.
     QTextCursor m_typedLine;
     bool m_isComposing = false;
+    QTimer m_bracketTimer; // runs once when the events at hand are done with
     QTimer m_occurrenceTimer;
 };
 

@@ -176,8 +176,8 @@ void CodeEditor::highlightCurrentLine()
     line.cursor = textCursor();
     line.cursor.clearSelection();
     m_selections[std::size_t(Layer::CurrentLine)] = {line};
-    m_selections[std::size_t(Layer::Problems)] = m_issues.underlines();
-    setSelections(Layer::Brackets, bracketSelections());
+    setSelections(Layer::Problems, m_issues.underlines());
+    m_bracketTimer.start();
 }
 
 void CodeEditor::setSelections(Layer layer, const QList<QTextEdit::ExtraSelection> &selections)
