@@ -1,7 +1,5 @@
 #include "editor/masked_code.h"
 
-#include <string_view>
-
 namespace {
 
 // The quotes that end the string which `open` begins; empty for what begins none. Either form may
@@ -27,8 +25,21 @@ QString closingQuotes(QChar open)
 // Whether a string or a comment may begin with the sign.
 bool mayLeaveCode(QChar sign)
 {
-    return std::u16string_view(u"\"'/／rR“”‘’").find(char16_t(sign.unicode())) !=
-           std::u16string_view::npos;
+    switch (sign.unicode()) {
+    case u'"':
+    case u'\'':
+    case u'/':
+    case u'／':
+    case u'r':
+    case u'R':
+    case u'“':
+    case u'”':
+    case u'‘':
+    case u'’':
+        return true;
+    default:
+        return false;
+    }
 }
 
 bool isSlash(QChar sign)
