@@ -49,6 +49,7 @@ private slots:
     void reservedWords();
     void wordSetFindsWhatIndexOfFinds();
     void documentFollows();
+    void largeDocumentHasTurns();
 };
 
 void HighlightRulesTest::line_data()
@@ -245,7 +246,7 @@ void HighlightRulesTest::documentFollows()
     document.setDocumentLayout(new QPlainTextDocumentLayout(&document));
     document.setPlainText(QStringLiteral("甲\n如果"));
     SyntaxHighlighter highlighter(&document);
-    highlighter.rehighlight();
+    QTRY_VERIFY(highlighter.isComplete());
     const auto colorOf = [&document](int line) {
         const auto formats = document.findBlockByNumber(line).layout()->formats();
         return formats.size() == 1 ? formats.first().format.foreground().color() : QColor();
@@ -256,11 +257,13 @@ void HighlightRulesTest::documentFollows()
 
     colors[Color::Keyword] = Qt::red;
     highlighter.setColors(colors);
+    QTRY_VERIFY(highlighter.isComplete());
     QCOMPARE(colorOf(1), QColor(Qt::red));
 
     HighlightWords words;
     words.names = QStringList{QStringLiteral("甲")};
     highlighter.setWords(words);
+    QTRY_VERIFY(highlighter.isComplete());
     QCOMPARE(colorOf(0), colors[Color::Component]);
 
     QTextCursor cursor(&document);
@@ -269,6 +272,29 @@ void HighlightRulesTest::documentFollows()
     QCOMPARE(colorOf(1), colors[Color::Comment]);
     cursor.deletePreviousChar();
     QCOMPARE(colorOf(1), QColor(Qt::red));
+}
+
+// What changes above the line whose turn it is must reach the lines below it.
+void HighlightRulesTest::largeDocumentHasTurns()
+{
+    QTextDocument document;
+    document.setDocumentLayout(new QPlainTextDocumentLayout(&document));
+    document.setPlainText(QStringLiteral("如果 (甲 > 1) { 输出(\"乙\") }\n").repeated(5000));
+    const SyntaxHighlighter highlighter(&document);
+    const auto firstColor = [](const QTextBlock &block) {
+        const auto formats = block.layout()->formats();
+        return formats.isEmpty() ? QColor() : formats.first().format.foreground().color();
+    };
+    const QTextBlock last = document.lastBlock().previous();
+    const SyntaxColors colors;
+    QTRY_COMPARE(firstColor(document.firstBlock()), colors[Color::Keyword]);
+    QCOMPARE(firstColor(last), QColor());
+    QVERIFY(!highlighter.isComplete());
+    QTextCursor cursor(&document);
+    cursor.insertText(QStringLiteral("/*"));
+    QCOMPARE(firstColor(document.firstBlock()), colors[Color::Comment]);
+    QTRY_VERIFY(highlighter.isComplete());
+    QCOMPARE(firstColor(last), colors[Color::Comment]);
 }
 
 QTEST_MAIN(HighlightRulesTest)
