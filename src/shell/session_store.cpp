@@ -39,8 +39,7 @@ QJsonObject written(const SessionFile &file)
     return {{QStringLiteral("path"), file.path},
             {QStringLiteral("cursorPosition"), file.cursorPosition},
             {QStringLiteral("firstVisibleLine"), file.firstVisibleLine},
-            {QStringLiteral("bookmarks"), written(file.bookmarks)},
-            {QStringLiteral("foldedLines"), written(file.foldedLines)}};
+            {QStringLiteral("bookmarks"), written(file.bookmarks)}};
 }
 
 SessionFile fileIn(const QJsonObject &object)
@@ -50,7 +49,6 @@ SessionFile fileIn(const QJsonObject &object)
     file.cursorPosition = std::max(0, object[QLatin1String("cursorPosition")].toInt());
     file.firstVisibleLine = std::max(1, object[QLatin1String("firstVisibleLine")].toInt());
     file.bookmarks = linesIn(object[QLatin1String("bookmarks")]);
-    file.foldedLines = linesIn(object[QLatin1String("foldedLines")]);
     return file;
 }
 
@@ -68,8 +66,7 @@ bool isNew(const QString &path, QSet<QString> &known)
 bool SessionFile::operator==(const SessionFile &other) const
 {
     return path == other.path && cursorPosition == other.cursorPosition &&
-           firstVisibleLine == other.firstVisibleLine && bookmarks == other.bookmarks &&
-           foldedLines == other.foldedLines;
+           firstVisibleLine == other.firstVisibleLine && bookmarks == other.bookmarks;
 }
 
 bool Session::operator==(const Session &other) const

@@ -11,7 +11,6 @@ struct SessionFile
     int cursorPosition = 0;   // characters from the start of the text
     int firstVisibleLine = 1; // from 1
     QList<int> bookmarks;     // lines from 1, ascending
-    QList<int> foldedLines;   // the same
 
     bool operator==(const SessionFile &other) const;
 };

@@ -45,7 +45,7 @@ void SessionStoreTest::comesBackWhole()
     Session session;
     session.projects = QStringList{"/p/甲.vlproj", "/q/b.vlproj"};
     session.activeProject = "/q/b.vlproj";
-    session.files = {{"/p/a \"1\".vc", 17, 5, {3, 9}, {4}}, {"/x.vc", 0, 1, {}, {}}};
+    session.files = {{"/p/a \"1\".vc", 17, 5, {3, 9}}, {"/x.vc", 0, 1, {}}};
     session.activeFile = "/x.vc";
     QVERIFY(store.save(session));
     QCOMPARE(store.load(), session);
