@@ -1,6 +1,7 @@
 // What the code editor does with whole lines, and where else the word at its cursor stands.
 #include "editor/code_editor.h"
 
+#include "editor/minimal_edit.h"
 #include "editor/source_formatter.h"
 #include "editor/text_search.h"
 
@@ -19,24 +20,10 @@ QString withoutBlanks(QString line)
     return line;
 }
 
-// Replaces the part of the line that differs.
 void setLine(const QTextBlock &block, const QString &after)
 {
-    const QString before = block.text();
-    int same = 0;
-    const int shorter = qMin(before.size(), after.size());
-    while (same < shorter && before.at(same) == after.at(same))
-        ++same;
-    int sameEnd = 0;
-    while (sameEnd < shorter - same &&
-           before.at(before.size() - 1 - sameEnd) == after.at(after.size() - 1 - sameEnd))
-        ++sameEnd;
-    if (same == before.size() && same == after.size())
-        return;
     QTextCursor cursor(block);
-    cursor.setPosition(block.position() + same);
-    cursor.setPosition(block.position() + before.size() - sameEnd, QTextCursor::KeepAnchor);
-    cursor.insertText(after.mid(same, after.size() - same - sameEnd));
+    replaceWhereDifferent(*cursor.document(), block.position(), block.text(), after);
 }
 
 // With the line end in front of it.

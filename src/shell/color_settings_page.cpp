@@ -2,6 +2,7 @@
 
 #include "editor/code_editor.h"
 #include "editor/color_schemes.h"
+#include "editor/editor_colors.h"
 #include "editor/syntax_highlighter.h"
 #include "settings/settings_store.h"
 #include "shell/color_button.h"
@@ -31,17 +32,6 @@ QString sampleText()
 {
     QFile file(QStringLiteral(":/shell/color_sample.vc"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
-EditorColors editorColors(const SyntaxColors &colors)
-{
-    EditorColors result;
-    result.background = colors[Setting::Color::Background];
-    result.currentLine = colors[Setting::Color::CurrentLine];
-    result.bracketMatch = colors[Setting::Color::BracketMatch];
-    result.lineNumber = colors[Setting::Color::LineNumber];
-    result.text = colors[Setting::Color::Text];
-    return result;
 }
 
 } // namespace

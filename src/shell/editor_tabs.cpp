@@ -1,7 +1,10 @@
 #include "shell/editor_tabs.h"
 
+#include "editor/editor_colors.h"
+#include "editor/minimal_edit.h"
 #include "editor/syntax_highlighter.h"
 #include "settings/settings_store.h"
+#include "shell/message_dialogs.h"
 #include "shell/stored_fonts.h"
 
 #include <QApplication>
@@ -10,8 +13,6 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMenu>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QTabBar>
 #include <QTextBlock>
 
@@ -30,24 +31,6 @@ bool isSameFile(const QString &a, const QString &b)
         return true;
     const QString canonical = QFileInfo(a).canonicalFilePath();
     return !canonical.isEmpty() && canonical == QFileInfo(b).canonicalFilePath();
-}
-
-// Replaces the lines in the middle that differ, so that marks and cursor stay with the others.
-void replaceText(CodeEditor &editor, const QString &text)
-{
-    const QString old = editor.text();
-    int start = 0;
-    const int shorter = qMin(old.size(), text.size());
-    while (start < shorter && old.at(start) == text.at(start))
-        ++start;
-    int same = 0;
-    while (same < shorter - start &&
-           old.at(old.size() - 1 - same) == text.at(text.size() - 1 - same))
-        ++same;
-    QTextCursor cursor(editor.document());
-    cursor.setPosition(start);
-    cursor.setPosition(old.size() - same, QTextCursor::KeepAnchor);
-    cursor.insertText(text.mid(start, text.size() - same - start));
 }
 
 } // namespace
@@ -136,7 +119,7 @@ CodeEditor *EditorTabs::open(const QString &path)
     }
     const ReadText read = TextFile::read(path);
     if (!read.succeeded()) {
-        QMessageBox::warning(window(), QStringLiteral("打开文件"), read.error);
+        MessageDialogs::warn(window(), QStringLiteral("打开文件"), read.error);
         return nullptr;
     }
     OpenFile file;
@@ -168,7 +151,7 @@ CodeEditor *EditorTabs::openRecovered(const QString &path, const QString &text)
             highlight(editor);
         }
     }
-    replaceText(*editor, text);
+    replaceWhereDifferent(*editor->document(), 0, editor->text(), text);
     editor->document()->setModified(true);
     showTitle(editor);
     return editor;
@@ -214,15 +197,8 @@ void EditorTabs::highlight(CodeEditor *editor)
 
 void EditorTabs::style(CodeEditor *editor)
 {
-    const SyntaxColors &colors = m_settings.colors;
-    EditorColors own;
-    own.background = colors[Setting::Color::Background];
-    own.currentLine = colors[Setting::Color::CurrentLine];
-    own.bracketMatch = colors[Setting::Color::BracketMatch];
-    own.lineNumber = colors[Setting::Color::LineNumber];
-    own.text = colors[Setting::Color::Text];
-    editor->setColors(own);
-    editor->setCompletionColors(colors);
+    editor->setColors(editorColors(m_settings.colors));
+    editor->setCompletionColors(m_settings.colors);
     editor->setCodeFont(m_settings.font);
     editor->setIndentation(m_settings.indentation);
     editor->setBackgroundImage(m_settings.backgroundImage, m_settings.backgroundOpacity);
@@ -264,7 +240,7 @@ bool EditorTabs::write(CodeEditor *editor, const QString &path)
 {
     const QString error = TextFile::write(path, editor->text(), m_files.value(editor).form);
     if (!error.isEmpty()) {
-        QMessageBox::warning(window(), QStringLiteral("保存文件"), error);
+        MessageDialogs::warn(window(), QStringLiteral("保存文件"), error);
         return false;
     }
     const QString oldPath = editor->filePath();
@@ -291,7 +267,7 @@ bool EditorTabs::saveAs(CodeEditor *editor)
         return false;
     CodeEditor *other = editorOf(path);
     if (other && other != editor) {
-        QMessageBox::warning(
+        MessageDialogs::warn(
             window(), QStringLiteral("另存为"),
             QStringLiteral("文件 %1 已在另一个标签页中打开，请先关闭它或换一个名称。")
                 .arg(QDir::toNativeSeparators(path)));
@@ -320,7 +296,7 @@ QStringList EditorTabs::saveModified()
 
 void EditorTabs::reload(CodeEditor *editor, const ReadText &read)
 {
-    replaceText(*editor, read.text);
+    replaceWhereDifferent(*editor->document(), 0, editor->text(), read.text);
     m_files[editor].form = read.form;
     editor->document()->setModified(false);
 }
@@ -330,17 +306,16 @@ bool EditorTabs::mayClose(CodeEditor *editor)
     if (!editor->document()->isModified())
         return true;
     setCurrentWidget(editor);
-    QMessageBox box(QMessageBox::Question, QStringLiteral("保存修改"),
-                    QStringLiteral("文件“%1”已修改，是否保存？").arg(editor->title()),
-                    QMessageBox::NoButton, window());
-    QPushButton *save = box.addButton(QStringLiteral("保存"), QMessageBox::AcceptRole);
-    QPushButton *discard = box.addButton(QStringLiteral("不保存"), QMessageBox::DestructiveRole);
-    box.setEscapeButton(box.addButton(QStringLiteral("取消"), QMessageBox::RejectRole));
-    box.setDefaultButton(save);
-    box.exec();
-    if (box.clickedButton() == save)
-        return this->save(editor);
-    return box.clickedButton() == discard;
+    enum
+    {
+        Save,
+        Discard,
+    };
+    const int answer = MessageDialogs::choose(
+        window(), QMessageBox::Question, QStringLiteral("保存修改"),
+        QStringLiteral("文件“%1”已修改，是否保存？").arg(editor->title()),
+        {QStringLiteral("保存"), QStringLiteral("不保存"), QStringLiteral("取消")}, Save);
+    return answer == Save ? save(editor) : answer == Discard;
 }
 
 bool EditorTabs::close(CodeEditor *editor)
