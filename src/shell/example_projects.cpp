@@ -1,9 +1,10 @@
 #include "shell/example_projects.h"
 
+#include "shell/message_dialogs.h"
+
 #include <QCoreApplication>
 #include <QDir>
 #include <QInputDialog>
-#include <QMessageBox>
 
 namespace {
 
@@ -78,7 +79,8 @@ QString ExampleProjects::choose(const QString &targetFolder, QWidget *parent)
     const QString title = QStringLiteral("示例项目");
     const QStringList all = names();
     if (all.isEmpty()) {
-        QMessageBox::information(parent, title, QStringLiteral("没有找到随程序提供的示例项目。"));
+        MessageDialogs::tell(parent, QMessageBox::Information, title,
+                             QStringLiteral("没有找到随程序提供的示例项目。"));
         return {};
     }
     bool isAccepted = false;
@@ -92,6 +94,6 @@ QString ExampleProjects::choose(const QString &targetFolder, QWidget *parent)
     QString error;
     const QString project = openCopy(name, targetFolder, &error);
     if (project.isEmpty())
-        QMessageBox::warning(parent, title, error);
+        MessageDialogs::warn(parent, title, error);
     return project;
 }

@@ -17,6 +17,7 @@
 #include "shell/document_guard.h"
 #include "shell/editor_tabs.h"
 #include "shell/frameless_main_window.h"
+#include "shell/message_dialogs.h"
 #include "shell/output_panel.h"
 #include "shell/project_file_dialogs.h"
 #include "shell/project_file_operations.h"
@@ -34,7 +35,6 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
-#include <QMessageBox>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -346,7 +346,7 @@ void MainWindow::closeEvent(QCloseEvent *event)
         return;
     }
     if (m_projects->isModified() && !m_projects->saveProject())
-        QMessageBox::warning(this, QStringLiteral("退出"), m_projects->lastError());
+        MessageDialogs::warn(this, QStringLiteral("退出"), m_projects->lastError());
     if (m_frame)
         WindowState(m_settings, DockLayout::version).save(*m_frame, *this);
     QString error;

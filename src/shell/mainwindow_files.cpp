@@ -3,6 +3,7 @@
 
 #include "settings/settings_store.h"
 #include "shell/editor_tabs.h"
+#include "shell/message_dialogs.h"
 #include "shell/new_project_dialog.h"
 #include "shell/recent_files_menu.h"
 #include "shell/status_line.h"
@@ -11,7 +12,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
-#include <QMessageBox>
 
 namespace {
 
@@ -35,7 +35,7 @@ bool MainWindow::openPath(const QString &path)
 bool MainWindow::openProject(const QString &projectFile)
 {
     if (!m_projects->openProject(projectFile)) {
-        QMessageBox::warning(this, QStringLiteral("打开项目"), m_projects->lastError());
+        MessageDialogs::warn(this, QStringLiteral("打开项目"), m_projects->lastError());
         return false;
     }
     return true;
@@ -81,14 +81,14 @@ void MainWindow::onNewProject()
     const NewProject project = dialog.project();
     if (project.kind != ProjectKind::Single) {
         if (!m_projects->createProject(project))
-            QMessageBox::warning(this, QStringLiteral("新建项目"), m_projects->lastError());
+            MessageDialogs::warn(this, QStringLiteral("新建项目"), m_projects->lastError());
         return;
     }
     const SingleFile file = createSingleFile(project.folder, project.name);
     if (file.error.isEmpty())
         openPath(file.path);
     else
-        QMessageBox::warning(this, QStringLiteral("新建项目"), file.error);
+        MessageDialogs::warn(this, QStringLiteral("新建项目"), file.error);
 }
 
 void MainWindow::onNewFile()
@@ -171,7 +171,7 @@ void MainWindow::onSaveAllFromUi()
         m_status->showMessage(m_projects->hasOpenProject() ? QStringLiteral("项目已保存")
                                                            : QStringLiteral("文件已保存"));
     else
-        QMessageBox::warning(this, QStringLiteral("保存"),
+        MessageDialogs::warn(this, QStringLiteral("保存"),
                              QStringLiteral("有文件没有保存成功，它们仍在编辑器中。"));
 }
 
@@ -189,7 +189,7 @@ bool MainWindow::closeActiveProject()
             return false;
     }
     if (m_projects->isModified() && !m_projects->saveProject()) {
-        QMessageBox::warning(this, QStringLiteral("关闭项目"), m_projects->lastError());
+        MessageDialogs::warn(this, QStringLiteral("关闭项目"), m_projects->lastError());
         return false;
     }
     m_projects->closeProject();

@@ -7,14 +7,13 @@
 #include "shell/changelog_dialog.h"
 #include "shell/editor_tabs.h"
 #include "shell/help_window.h"
+#include "shell/message_dialogs.h"
 #include "shell/shortcuts_guide.h"
 #include "shell/template_library.h"
 #include "shell/update_check.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
-#include <QMessageBox>
-#include <QPushButton>
 #include <QUrl>
 
 namespace {
@@ -52,11 +51,11 @@ void MainWindow::onCheckUpdate()
     auto *check = new UpdateCheck(updateAddress(), this);
     const QString title = QString::fromUtf8(updateTitle);
     connect(check, &UpdateCheck::upToDate, this, [this, title](const QString &version) {
-        QMessageBox::information(this, title,
-                                 QStringLiteral("当前已是最新版本（%1）。").arg(version));
+        MessageDialogs::tell(this, QMessageBox::Information, title,
+                             QStringLiteral("当前已是最新版本（%1）。").arg(version));
     });
     connect(check, &UpdateCheck::failed, this,
-            [this, title](const QString &message) { QMessageBox::warning(this, title, message); });
+            [this, title](const QString &message) { MessageDialogs::warn(this, title, message); });
     connect(check, &UpdateCheck::newerFound, this, &MainWindow::showUpdate);
     for (auto ended : {&UpdateCheck::upToDate, &UpdateCheck::failed})
         connect(check, ended, check, &QObject::deleteLater);
@@ -66,17 +65,15 @@ void MainWindow::onCheckUpdate()
 
 void MainWindow::showUpdate(const QString &version, const QUrl &page, const QString &notes)
 {
-    QMessageBox box(QMessageBox::Information, QString::fromUtf8(updateTitle),
-                    QStringLiteral("有新版本 %1，当前版本是 %2。")
-                        .arg(version, QCoreApplication::applicationVersion()),
-                    QMessageBox::NoButton, this);
-    box.setInformativeText(notes);
-    const QPushButton *open = nullptr;
+    const QString news = QStringLiteral("有新版本 %1，当前版本是 %2。\n\n%3")
+                             .arg(version, QCoreApplication::applicationVersion(), notes)
+                             .trimmed();
+    QStringList buttons{QStringLiteral("关闭")};
     if (page.isValid())
-        open = box.addButton(QStringLiteral("打开下载页面"), QMessageBox::AcceptRole);
-    box.setEscapeButton(box.addButton(QStringLiteral("关闭"), QMessageBox::RejectRole));
-    box.exec();
-    if (open && box.clickedButton() == open)
+        buttons.prepend(QStringLiteral("打开下载页面"));
+    const int answer = MessageDialogs::choose(this, QMessageBox::Information,
+                                              QString::fromUtf8(updateTitle), news, buttons, 0);
+    if (page.isValid() && answer == 0)
         QDesktopServices::openUrl(page);
 }
 

@@ -6,12 +6,11 @@
 #include "shell/dock_layout.h"
 #include "shell/editor_tabs.h"
 #include "shell/find_in_files.h"
+#include "shell/message_dialogs.h"
 #include "shell/output_panel.h"
 #include "shell/status_line.h"
 #include "shell/workspace.h"
 
-#include <QInputDialog>
-#include <QMessageBox>
 #include <QTextBlock>
 
 namespace {
@@ -134,16 +133,16 @@ void MainWindow::onRename()
         m_status->showMessage(QStringLiteral("光标处没有可以重命名的函数、类或变量。"));
         return;
     }
-    bool isAccepted = false;
-    const QString name = QInputDialog::getText(this, QStringLiteral("重命名"),
-                                               QStringLiteral("“%1”的新名称：").arg(symbol->name),
-                                               QLineEdit::Normal, symbol->name, &isAccepted)
-                             .trimmed();
-    if (!isAccepted || name == symbol->name)
+    const QString name =
+        MessageDialogs::askText(this, QStringLiteral("重命名"),
+                                QStringLiteral("“%1”的新名称：").arg(symbol->name), symbol->name)
+            .value_or(symbol->name)
+            .trimmed();
+    if (name == symbol->name)
         return;
     const CodeRename rename = navigation.renameEdits(place.file, place.line, place.column, name);
     if (!rename.refusal.isEmpty()) {
-        QMessageBox::warning(this, QStringLiteral("重命名"), rename.refusal);
+        MessageDialogs::warn(this, QStringLiteral("重命名"), rename.refusal);
         return;
     }
     QMap<QString, FileEdits> byFile;
@@ -169,5 +168,5 @@ void MainWindow::applyFileEdits(const QList<FileEdits> &edits)
     m_assist->refresh();
     m_status->showMessage(outcome.text());
     if (!outcome.errors.isEmpty())
-        QMessageBox::warning(this, QStringLiteral("替换"), outcome.errors.join(QLatin1Char('\n')));
+        MessageDialogs::warn(this, QStringLiteral("替换"), outcome.errors.join(QLatin1Char('\n')));
 }

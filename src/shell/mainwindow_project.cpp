@@ -6,6 +6,7 @@
 #include "shell/action_set.h"
 #include "shell/editor_tabs.h"
 #include "shell/example_projects.h"
+#include "shell/message_dialogs.h"
 #include "shell/project_file_dialogs.h"
 #include "shell/project_settings_dialog.h"
 #include "shell/project_tree.h"
@@ -16,7 +17,6 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QMenu>
-#include <QMessageBox>
 
 namespace {
 
@@ -66,7 +66,7 @@ void MainWindow::onProjectSettings()
         return;
     m_projects->setCurrentProject(dialog.project());
     if (!m_projects->saveProject())
-        QMessageBox::warning(this, QStringLiteral("项目设置"), m_projects->lastError());
+        MessageDialogs::warn(this, QStringLiteral("项目设置"), m_projects->lastError());
     followProject();
 }
 

@@ -25,6 +25,11 @@ void MessageDialogs::tell(QWidget *parent, QMessageBox::Icon icon, const QString
     choose(parent, icon, title, message, {QStringLiteral("确定")}, 0);
 }
 
+void MessageDialogs::warn(QWidget *parent, const QString &title, const QString &message)
+{
+    tell(parent, QMessageBox::Warning, title, message);
+}
+
 int MessageDialogs::choose(QWidget *parent, QMessageBox::Icon icon, const QString &title,
                            const QString &message, const QStringList &buttons, int defaultButton)
 {

@@ -16,6 +16,7 @@ std::optional<QString> askText(QWidget *parent, const QString &title, const QStr
 
 // Shows plain text until the user goes on.
 void tell(QWidget *parent, QMessageBox::Icon icon, const QString &title, const QString &message);
+void warn(QWidget *parent, const QString &title, const QString &message);
 
 // The index of the button that the user chose, -1 for none. The last button is that of Escape,
 // `defaultButton` that of Enter.

@@ -131,7 +131,7 @@ void ProjectFileDialogs::removeSelected(Selection selection, const QString &file
     if (!hasProject())
         return;
     const auto warn = [this](const QString &text) {
-        MessageDialogs::tell(m_window, QMessageBox::Warning, QStringLiteral("警告"), text);
+        MessageDialogs::warn(m_window, QStringLiteral("警告"), text);
     };
     switch (selection) {
     case Selection::Nothing:

@@ -1,13 +1,13 @@
 #include "shell/recovery_dialog.h"
 
 #include "shell/difference_view.h"
+#include "shell/message_dialogs.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QSignalBlocker>
 #include <QSplitter>
@@ -137,12 +137,11 @@ void RecoveryDialog::discardCurrent()
 {
     const int row = m_list->indexOfTopLevelItem(m_list->currentItem());
     const RecoveryEntry entry = m_entries.at(row);
-    const auto answer =
-        QMessageBox::question(this, windowTitle(),
-                              QStringLiteral("“%1” 未保存的内容将被删除，无法再恢复。确定吗？")
-                                  .arg(nameOf(entry.content)),
-                              QMessageBox::Yes | QMessageBox::No, QMessageBox::No);
-    if (answer != QMessageBox::Yes)
+    const int answer = MessageDialogs::choose(
+        this, QMessageBox::Question, windowTitle(),
+        QStringLiteral("“%1” 未保存的内容将被删除，无法再恢复。").arg(nameOf(entry.content)),
+        {QStringLiteral("删除"), QStringLiteral("取消")}, 1);
+    if (answer != 0)
         return;
     takeOut(row);
     emit discardRequested(entry);

@@ -53,12 +53,17 @@ QString filesOf(const QSignalSpy &spy)
 }
 
 // Once the next message box is open.
-void answer(QMessageBox::StandardButton button)
+void answer(const QString &text)
 {
-    QTimer::singleShot(0, [button] {
+    QTimer::singleShot(0, [text] {
         auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
         QVERIFY(box);
-        box->button(button)->click();
+        for (QAbstractButton *button : box->buttons()) {
+            if (button->text() == text)
+                return button->click();
+        }
+        box->reject();
+        QFAIL("no such button");
     });
 }
 
@@ -124,10 +129,10 @@ void RecoveryDialogTest::discardsOnlyWhenSure()
 {
     RecoveryDialog dialog(m_entries);
     QSignalSpy discarded(&dialog, &RecoveryDialog::discardRequested);
-    answer(QMessageBox::No);
+    answer(QStringLiteral("取消"));
     press(dialog, QStringLiteral("保留磁盘上的内容"));
     QVERIFY(discarded.isEmpty());
-    answer(QMessageBox::Yes);
+    answer(QStringLiteral("删除"));
     press(dialog, QStringLiteral("保留磁盘上的内容"));
     QCOMPARE(filesOf(discarded), QStringLiteral("a.vc"));
 }
