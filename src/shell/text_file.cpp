@@ -46,7 +46,8 @@ std::optional<QByteArray> encode(const QString &text, const TextForm &form)
         return std::nullopt;
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     const QByteArray bytes = codec->fromUnicode(text.constData(), text.size(), &state);
-    if (state.invalidChars > 0 && form.encoding != TextForm::Encoding::Utf8)
+    const bool isWhole = state.invalidChars == 0 && state.remainingChars == 0;
+    if (!isWhole && form.encoding != TextForm::Encoding::Utf8)
         return std::nullopt;
     return form.hasMark ? info.mark + bytes : bytes;
 }
