@@ -34,7 +34,7 @@ namespace {
 
 constexpr int settleTime = 900;    // milliseconds, until checks and delayed popups are done
 constexpr int buildTime = 120'000; // milliseconds
-const QSize frameSize(1120, 720);
+const QSize frameSize(1180, 800);
 
 class Photographer
 {
@@ -179,6 +179,8 @@ private:
             !QTest::qWaitFor([stop] { return !stop->isEnabled(); }, buildTime))
             fail("the program did not end");
         m_output.showTab(OutputPanel::RunTab);
+        auto *dock = m_window.findChild<QDockWidget *>(QStringLiteral("OutputDock"));
+        m_window.resizeDocks({dock}, {frameSize.height() / 2}, Qt::Vertical);
         save("run");
     }
 
@@ -262,6 +264,8 @@ int main(int argc, char **argv)
     auto *window = new MainWindow(settings);
     frame.setContent(window);
     window->attachFrame(frame);
+    // Away from the window, where it would close tool tips.
+    QCursor::setPos(0, 0);
     frame.show();
     const QRect screen = frame.screen()->availableGeometry();
     frame.setGeometry({(screen.width() - frameSize.width()) / 2,

@@ -8,6 +8,24 @@
 #include <QTextBlock>
 #include <QToolTip>
 
+#include <algorithm>
+
+namespace {
+
+constexpr int maxToolTipLine = 60; // characters
+
+// As markup, for a message may quote what looks like it. Only long messages are broken into lines.
+QString toolTipOf(const QString &messages)
+{
+    const QStringList lines = messages.split(QLatin1Char('\n'));
+    const bool isLong = std::any_of(lines.begin(), lines.end(), [](const QString &line) {
+        return line.size() > maxToolTipLine;
+    });
+    return Qt::convertFromPlainText(messages, isLong ? Qt::WhiteSpaceNormal : Qt::WhiteSpacePre);
+}
+
+} // namespace
+
 void CodeEditor::setIssues(const QList<VlSyntaxIssue> &issues)
 {
     m_issues.set(issues);
@@ -46,11 +64,10 @@ bool CodeEditor::viewportEvent(QEvent *event)
     const auto *help = static_cast<QHelpEvent *>(event);
     const int position = characterAt(help->pos());
     const QString messages = position < 0 ? QString() : m_issues.messagesAt(position);
-    // A message may quote what looks like markup.
     if (messages.isEmpty())
         QToolTip::hideText();
     else
-        QToolTip::showText(help->globalPos(), Qt::convertFromPlainText(messages), viewport());
+        QToolTip::showText(help->globalPos(), toolTipOf(messages), viewport());
     event->setAccepted(!messages.isEmpty());
     return true;
 }

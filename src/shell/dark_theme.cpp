@@ -2,8 +2,29 @@
 
 #include <QApplication>
 #include <QFile>
+#include <QFontDatabase>
 #include <QPalette>
 #include <QStyleFactory>
+
+namespace {
+
+// One face for Chinese and Latin letters: from two, as the system would mix them, the Chinese ones
+// look bold beside the others.
+void unifyFont(QApplication &application)
+{
+    const QStringList installed = QFontDatabase().families(QFontDatabase::SimplifiedChinese);
+    for (const QString &family :
+         {QStringLiteral("Microsoft YaHei UI"), QStringLiteral("Noto Sans CJK SC")}) {
+        if (!installed.contains(family))
+            continue;
+        QFont font = QApplication::font();
+        font.setFamily(family);
+        application.setFont(font);
+        return;
+    }
+}
+
+} // namespace
 
 void applyDarkTheme(QApplication &application)
 {
@@ -29,6 +50,7 @@ void applyDarkTheme(QApplication &application)
          {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, dimmed);
     application.setPalette(palette);
+    unifyFont(application);
     QFile sheet(QStringLiteral(":/shell/dark.qss"));
     if (sheet.open(QIODevice::ReadOnly))
         application.setStyleSheet(QString::fromUtf8(sheet.readAll()));

@@ -6,6 +6,7 @@
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QVBoxLayout>
 
 namespace {
@@ -53,11 +54,22 @@ WelcomePage::WelcomePage(QWidget *parent)
     layout->setSpacing(36);
     layout->addWidget(createHeader());
     layout->addLayout(columns, 1);
-    auto *page = new QHBoxLayout(this);
-    page->setContentsMargins(0, 0, 0, 0);
-    page->addStretch(1);
-    page->addWidget(content, 1000);
-    page->addStretch(1);
+    auto *page = new QWidget;
+    page->setObjectName(QStringLiteral("welcomePage"));
+    auto *row = new QHBoxLayout(page);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addStretch(1);
+    row->addWidget(content, 1000);
+    row->addStretch(1);
+    // So that a low window is not forced to the height of the page.
+    auto *area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus);
+    area->setWidget(page);
+    auto *whole = new QVBoxLayout(this);
+    whole->setContentsMargins(0, 0, 0, 0);
+    whole->addWidget(area);
     setRecentProjects({});
 }
 
