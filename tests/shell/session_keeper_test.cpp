@@ -10,7 +10,7 @@ namespace {
 
 struct Program
 {
-    explicit Program(const QString &folder) : keeper(tabs, projects, folder + "/vlide.ini")
+    explicit Program(const QString &folder) : keeper(tabs, projects, folder + "/vlide.ini", nullptr)
     {
         tabs.resize(600, 200);
         tabs.show();
@@ -38,6 +38,7 @@ class SessionKeeperTest : public QObject
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
     void everythingComesBack();
+    void crashFindsItKept();
     void whatIsGoneIsPassedOver_data();
     void whatIsGoneIsPassedOver();
 
@@ -75,7 +76,7 @@ void SessionKeeperTest::everythingComesBack()
         program.tabs.setCurrentWidget(editor);
         left = program.keeper.current();
         QVERIFY(left.files.first().firstVisibleLine > 150);
-        QVERIFY(program.keeper.save(left));
+        QVERIFY(program.keeper.finish(left));
     }
     Program next(m_folder->path());
     next.keeper.restore();
@@ -85,6 +86,18 @@ void SessionKeeperTest::everythingComesBack()
     QCOMPARE(next.tabs.currentEditor()->bookmarks(), (QSet<int>{3, 7}));
     // Leaving at once keeps the same.
     QVERIFY(next.keeper.current() == left);
+}
+
+void SessionKeeperTest::crashFindsItKept()
+{
+    writeFile(file("甲.vc"), "甲");
+    Program program(m_folder->path());
+    program.keeper.restore();
+    program.tabs.open(file("甲.vc"));
+    const auto kept = [this] {
+        return SessionStore(SessionStore::pathBeside(file("vlide.ini"))).load().activeFile;
+    };
+    QTRY_COMPARE_WITH_TIMEOUT(kept(), file("甲.vc"), 15000);
 }
 
 void SessionKeeperTest::whatIsGoneIsPassedOver_data()
@@ -108,7 +121,7 @@ void SessionKeeperTest::whatIsGoneIsPassedOver()
         program.tabs.open(file("甲.vc"))->moveCursor(QTextCursor::End);
         program.tabs.open(file("乙.vc"));
         program.tabs.setCurrentIndex(0);
-        QVERIFY(program.keeper.save(program.keeper.current()));
+        QVERIFY(program.keeper.finish(program.keeper.current()));
     }
     QVERIFY(QDir(file("工程")).removeRecursively());
     if (now.isNull())
