@@ -98,7 +98,7 @@ void EditorTabsTest::refusesWithAMessage()
 {
     writeFile(file("程序.vc"), QByteArray("MZ\0\1", 4));
     QString message;
-    Shell::answerNextBox("OK", &message);
+    Shell::answerNextBox("确定", &message);
     QVERIFY(!m_tabs->open(file("程序.vc")));
     QVERIFY2(message.contains("程序.vc"), qPrintable(message));
     QCOMPARE(m_tabs->count(), 0);
@@ -130,7 +130,7 @@ void EditorTabsTest::saveAsSparesOpenFiles()
         dialog->findChild<QLineEdit *>("fileNameEdit")->setText(file("甲.vc"));
         Shell::inNext<QMessageBox>([&](QMessageBox *box) {
             box->button(QMessageBox::Yes)->click();
-            Shell::answerNextBox("OK", &message);
+            Shell::answerNextBox("确定", &message);
         });
         QMetaObject::invokeMethod(dialog, "accept");
     });
