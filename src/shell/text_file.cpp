@@ -46,8 +46,10 @@ std::optional<QByteArray> encode(const QString &text, const TextForm &form)
         return std::nullopt;
     QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
     const QByteArray bytes = codec->fromUnicode(text.constData(), text.size(), &state);
-    const bool isWhole = state.invalidChars == 0 && state.remainingChars == 0;
-    if (!isWhole && form.encoding != TextForm::Encoding::Utf8)
+    // The codecs do not tell of all that they replace.
+    QTextCodec::ConverterState back(QTextCodec::IgnoreHeader);
+    if (form.encoding != TextForm::Encoding::Utf8 &&
+        codec->toUnicode(bytes.constData(), bytes.size(), &back) != text)
         return std::nullopt;
     return form.hasMark ? info.mark + bytes : bytes;
 }
