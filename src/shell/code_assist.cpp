@@ -1,11 +1,19 @@
 #include "shell/code_assist.h"
 
 #include "editor/auto_completer.h"
+#include "editor/completion_vocabulary.h"
 #include "project/project_manager.h"
 #include "settings/settings_store.h"
 #include "shell/build_choices.h"
 #include "shell/editor_tabs.h"
 #include "shell/workspace.h"
+
+namespace {
+
+// From the start to the reading of the vocabulary, which no key should have to wait for.
+constexpr int firstPause = 800; // milliseconds
+
+} // namespace
 
 CodeAssist::CodeAssist(EditorTabs &tabs, const Workspace &workspace, const ProjectManager &projects,
                        const SettingsStore &settings, QObject *parent)
@@ -18,6 +26,7 @@ CodeAssist::CodeAssist(EditorTabs &tabs, const Workspace &workspace, const Proje
     m_check.setDelay(0);
     m_quiet.setSingleShot(true);
     m_quiet.setInterval(quietTime);
+    QTimer::singleShot(firstPause, [] { CompletionVocabulary::instance(); });
     connect(&m_quiet, &QTimer::timeout, this, &CodeAssist::requestCheck);
     connect(&m_check, &LiveCheck::finished, this, &CodeAssist::take);
     connect(&tabs, &EditorTabs::editorOpened, this, &CodeAssist::attach);
