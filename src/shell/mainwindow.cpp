@@ -17,6 +17,7 @@
 #include "shell/document_guard.h"
 #include "shell/editor_tabs.h"
 #include "shell/frameless_main_window.h"
+#include "shell/keyboard_navigation.h"
 #include "shell/message_dialogs.h"
 #include "shell/output_panel.h"
 #include "shell/project_file_dialogs.h"
@@ -82,6 +83,7 @@ MainWindow::MainWindow(SettingsStore &settings)
     column->addWidget(m_findBar);
     setCentralWidget(center);
     fillDocks();
+    new KeyboardNavigation(*this, *m_docks, *m_tabs, *m_output);
     m_actions->fillMenuBar(*this);
     m_actions->fillToolBars(*this);
     // Of no use before a design is open.
