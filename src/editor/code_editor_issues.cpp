@@ -21,7 +21,9 @@ QString toolTipOf(const QString &messages)
     const bool isLong = std::any_of(lines.begin(), lines.end(), [](const QString &line) {
         return line.size() > maxToolTipLine;
     });
-    return Qt::convertFromPlainText(messages, isLong ? Qt::WhiteSpaceNormal : Qt::WhiteSpacePre);
+    return isLong
+               ? Qt::convertFromPlainText(messages, Qt::WhiteSpaceNormal)
+               : QStringLiteral("<p style='white-space:pre'>%1</p>").arg(messages.toHtmlEscaped());
 }
 
 } // namespace
