@@ -314,8 +314,7 @@ void FindBar::replaceAll()
     if (!m_editor || m_editor->isReadOnly())
         return;
     refresh();
-    const auto changes =
-        m_search.replacements(m_editor->text(), m_replacement->text(), range());
+    const auto changes = m_search.replacements(m_editor->text(), m_replacement->text(), range());
     if (changes.isEmpty())
         return;
     m_editor->setSelections(CodeEditor::Layer::SearchHits, {});

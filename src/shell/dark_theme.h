@@ -3,5 +3,6 @@
 
 class QApplication;
 
-// Style, palette, font and style sheet of ":/shell/dark.qss"; for the start, before the first window.
+// Style, palette, font and style sheet of ":/shell/dark.qss"; for the start, before the first
+// window.
 void applyDarkTheme(QApplication &application);

@@ -19,7 +19,7 @@ const ErrorText kErrors[] = {
     {QJsonParseError::UnterminatedArray, "数组没有结束，可能少了“]”"},
     {QJsonParseError::MissingValueSeparator, "两个值之间少了逗号"},
     {QJsonParseError::IllegalValue, "这里不是有效的值"},
-    {QJsonParseError::TerminationByNumber, "内容在这里就结束了", false},
+    {QJsonParseError::TerminationByNumber, "内容在这里就结束了，可能少了“}”或“]”", false},
     {QJsonParseError::IllegalNumber, "这里不是有效的值", false},
     {QJsonParseError::IllegalEscapeSequence, "反斜杠后面的写法不对"},
     {QJsonParseError::IllegalUTF8String, "文字中有无效的字符"},

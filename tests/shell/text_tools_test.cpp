@@ -65,7 +65,7 @@ void TextToolsTest::findsTheFaultInJson_data()
     QTest::newRow("half a word") << "[tru]"
                                  << "第 1 行第 2 列：这里不是有效的值";
     QTest::newRow("open object") << "{\"a\":1"
-                                 << "第 1 行第 7 列：对象没有结束，可能少了“}”";
+                                 << "第 1 行第 7 列：内容在这里就结束了，可能少了“}”或“]”";
     QTest::newRow("open string") << "[\"a"
                                  << "第 1 行第 4 列：文字没有结束，少了引号";
     QTest::newRow("more behind") << "[]\n[]"
