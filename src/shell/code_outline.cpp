@@ -74,6 +74,7 @@ void CodeOutline::setSymbols(const CodeSymbols &symbols)
     if (symbols == m_symbols)
         return;
     m_symbols = symbols;
+    m_line = 0;
     const QTreeWidgetItem *current = m_tree->currentItem();
     const QString currentKey = current ? textOf(current, KeyRole) : QString();
     const int scrolled = m_tree->verticalScrollBar()->value();
@@ -143,6 +144,10 @@ void CodeOutline::rememberFolding(QTreeWidgetItem *item, bool isFolded)
 
 void CodeOutline::setCurrentLine(int line)
 {
+    // Most moves of a cursor stay in their line.
+    if (line == m_line)
+        return;
+    m_line = line;
     QTreeWidgetItem *innermost = nullptr;
     for (QTreeWidgetItemIterator item(m_tree, QTreeWidgetItemIterator::NotHidden); *item; ++item) {
         const int begin = numberOf(*item, LineRole);

@@ -44,5 +44,6 @@ private:
     QTreeWidget *m_tree;
     CodeSymbols m_symbols;
     QSet<QString> m_folded; // keys
+    int m_line = 0;         // of the cursor, as last told; 0: find it anew
     bool m_isUpdating = false;
 };
